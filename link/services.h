@@ -1,0 +1,17 @@
+#pragma once
+
+#include <array>
+
+#include "station/tick.h"
+
+namespace corvenna {
+
+/// The services in the order in which the tick tries their labels.
+inline constexpr std::array<FrequencyService, 4> ControllerServices{{
+    {&Station::GroundFrequency, nullptr},
+    {&Station::TowerFrequency, nullptr},
+    {&Station::ApproachFrequency, nullptr},
+    {&Station::ArtccFrequency, nullptr},
+}};
+
+}  // namespace corvenna

@@ -1,0 +1,83 @@
+#include "station/text.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "station/numbers.h"
+
+namespace corvenna {
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Cuts the characters that fit off the front of a text.
+template <class Fits>
+std::string_view TakeWhile(std::string_view& text, Fits fits) {
+    const auto end = std::find_if_not(text.begin(), text.end(), fits);
+    const auto taken = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(taken.size());
+    return taken;
+}
+
+/// Cuts digits off the front of a text and says whether there were any.
+bool TakeDigits(std::string_view& text) { return !TakeWhile(text, IsDigit).empty(); }
+
+}  // namespace
+
+char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+char UpperCase(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) c = LowerCase(c);
+    return lower;
+}
+
+std::string UpperCase(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper) c = UpperCase(c);
+    return upper;
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
+}
+
+bool ContainsIgnoringCase(std::string_view text, std::string_view needle) {
+    return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
+                       [](char x, char y) { return LowerCase(x) == LowerCase(y); }) != text.end() ||
+           needle.empty();
+}
+
+std::string_view Trim(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::optional<std::uint8_t> ReadReplyNumber(std::string_view text) {
+    TakeWhile(text, [](char c) { return c == ' '; });
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
+
+    const std::string_view digits = text;
+    if (!TakeDigits(text)) return std::nullopt;
+    if (text.starts_with('.')) {
+        text.remove_prefix(1);
+        if (!TakeDigits(text)) return std::nullopt;
+    }
+    if (!text.empty()) return std::nullopt;
+
+    double value = 0;
+    const auto read =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed);
+    if (read.ec != std::errc{}) return std::nullopt;  // hundreds of digits
+    const double whole = RoundHalfEven(negative ? -value : value);
+    if (whole < 0 || whole > 255) return std::nullopt;
+    return static_cast<std::uint8_t>(whole);
+}
+
+}  // namespace corvenna
