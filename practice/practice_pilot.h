@@ -10,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "link/direct_play_message.h"
 #include "link/session.h"
 #include "practice/motion.h"
 
@@ -78,13 +79,16 @@ class PracticePilot {
     bool Gone() const { return stage_ == Stage::Gone; }
     const AircraftState& Where() const { return aircraft_; }
 
+    /// The last text that was addressed to him; empty before the first.
+    const std::string& StandingText() const { return standingText_; }
+
   private:
     enum class Stage { Waiting, Joining, Flying, Gone };
 
     void Join();
     void EnterRefuseParamsGroup();
     void ReceiveAll(std::chrono::milliseconds now);
-    void Handle(std::int32_t sender, class DirectPlayMessage& message, std::chrono::milliseconds now);
+    void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
     void OnAdmission(std::int32_t admitted);
     void OnText(std::string text, std::chrono::milliseconds now);
     void TellPosition(std::chrono::milliseconds now);
@@ -106,8 +110,8 @@ class PracticePilot {
     Stage stage_ = Stage::Waiting;
     std::int32_t id_ = 0;
     AircraftState aircraft_;
-    std::string standingText_;  ///< the last one addressed to him
-    bool answered_ = false;     ///< whether he has typed something since
+    std::string standingText_;
+    bool answered_ = false;  ///< whether he has typed something since
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};

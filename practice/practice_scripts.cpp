@@ -95,10 +95,10 @@ std::vector<PilotStep> Arrival(const Station& station) {
     };
 }
 
-std::vector<PilotStep> SelfAnnounced(const Station& station) {
+std::vector<PilotStep> SelfAnnounced(const Station& station, std::string_view rules) {
     return {
         Choose{"Use ATC services"},
-        Choose{"VFR"},
+        Choose{std::string(rules)},
         AskAgain{},
         Choose{"Announce Taxi to Runway"},
         Travel{Threshold(station, TaxiKnots)},
@@ -122,7 +122,7 @@ PilotScript ScriptOfPilot(const Station& station, int number, std::chrono::milli
     script.Start = Parked(station, number + 1);
     script.ArrivesAt = arrivesAt;
     if (!Controlled(station)) {
-        script.Steps = SelfAnnounced(station);
+        script.Steps = SelfAnnounced(station, number % 2 == 0 ? "VFR" : "IFR");
     } else if (number % 3 == 0) {
         script.Steps = Departure(station, "VFR", "Request Taxi to Runway");
     } else if (number % 3 == 1) {
