@@ -238,7 +238,6 @@ TEST(TowerAgainstThePlainForm, BothAgreeOnRandomTraffic) {
             if (HasFatalFailure()) return;
         }
     }
-    for (auto& x : tally.Steps) std::puts(x.c_str());
     EXPECT_GT(tally.Occupied, tally.Scans / 20);
     EXPECT_GT(tally.Errors, 1000);
     EXPECT_GT(tally.Steps.size(), 250U);
