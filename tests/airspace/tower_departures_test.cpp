@@ -42,18 +42,8 @@ constexpr char TuneArtcc[] =
 constexpr char OnDeparture[] =
     "N1. Choose one of the following options for the Departure frequency: 1-Close ATC Services";
 
-constexpr std::uint8_t BothRules[] = {Vfr, Ifr};
-
 std::string OfferFor(int rules) { return rules == Vfr ? OfferVfr : OfferIfr; }
 std::string NotClearedFor(int rules) { return rules == Vfr ? NotCleared : NotClearedIfr; }
-
-/// The pilot is out of the Tower's hands, with last words.
-Outcome Terminated(std::string_view text) { return {std::string(text), "", "", Vfr}; }
-
-/// The pilot still has the Tower's frequency.
-Outcome OnTowerWith(std::string_view text, std::string_view phase, int rules) {
-    return {std::string(text), std::string(phase), std::string(Tower), rules};
-}
 
 // ---- "Taxiing to runway"
 
