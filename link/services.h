@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "airspace/tower_control.h"
 #include "station/tick.h"
 
 namespace corvenna {
@@ -9,7 +10,7 @@ namespace corvenna {
 /// The services in the order in which the tick tries their labels.
 inline constexpr std::array<FrequencyService, 4> ControllerServices{{
     {&Station::GroundFrequency, nullptr},
-    {&Station::TowerFrequency, nullptr},
+    {&Station::TowerFrequency, &TowerControl},
     {&Station::ApproachFrequency, nullptr},
     {&Station::ArtccFrequency, nullptr},
 }};
