@@ -1,15 +1,12 @@
 #pragma once
 
-#include <string_view>
+#include "station/phases.h"
 
 /// The state words of a pilot on the Tower frequency, and those with which the Tower hands him on. The same
 /// word can mean something else on another frequency.
 namespace corvenna::Phase {
 
-inline constexpr std::string_view None = "";  ///< a VFR aircraft in the air that has asked for nothing
-
-// Takeoff. TaxiingToRunway is how Ground hands a pilot over.
-inline constexpr std::string_view TaxiingToRunway = "Taxiing to runway";
+// Takeoff, behind TaxiingToRunway.
 inline constexpr std::string_view AcknowledgeHoldShort = "Acknowledge Hold short";
 inline constexpr std::string_view HoldingShort = "Holding short in runway";
 inline constexpr std::string_view AcknowledgeTakeoff = "Acknowledge Takeoff";
@@ -31,9 +28,8 @@ inline constexpr std::string_view Landing = "Landing";
 inline constexpr std::string_view AcknowledgeGoingAround = "Acknowledge going around";
 inline constexpr std::string_view GoingAround = "Going Around";
 
-// Off the runway, to Ground.
+// Off the runway, to Ground with ContactGround.
 inline constexpr std::string_view AcknowledgeContactGround = "Acknowledge contact ground";
-inline constexpr std::string_view ContactGround = "Contact Ground";
 
 // A missed approach: to the Approach frequency, or by ARTCC, where he arrives with MissedApproach.
 inline constexpr std::string_view AcknowledgeContactApproach = "Acknowledge contact approach";

@@ -34,8 +34,12 @@ bool OnPavement(const Station& station, const PlayerRecord& other) {
 bool ComputeRunwayOccupied(const Station& station, const PlayerRecord& pilot) {
     const auto players = station.Players.Valid();
     return std::any_of(players.begin(), players.end(), [&](const PlayerRecord& other) {
-        return LowOverRunway(station, other) && other.Name != pilot.Name && OnPavement(station, other);
+        return other.Name != pilot.Name && IsOnRunway(station, other);
     });
+}
+
+bool IsOnRunway(const Station& station, const PlayerRecord& other) {
+    return LowOverRunway(station, other) && OnPavement(station, other);
 }
 
 }  // namespace corvenna

@@ -10,4 +10,7 @@ namespace corvenna {
 /// Station's thread.
 bool ComputeRunwayOccupied(const Station& station, const PlayerRecord& pilot);
 
+/// Whether one record, whatever its name, is on the runway in that sense.
+bool IsOnRunway(const Station& station, const PlayerRecord& other);
+
 }  // namespace corvenna
