@@ -118,7 +118,8 @@ std::vector<Summit> ReadLists(const std::vector<std::string>& paths) {
     return summits;
 }
 
-void MakeTerrain(const Options& options, const Progress& progress) {
+/// Gives the number of points.
+std::size_t MakeTerrain(const Options& options, const Progress& progress) {
     TerrainRecipe recipe;
     recipe.BlockRows = options.BlockMinutes * CellGrid::CellsPerDegree / 60;
     if (!options.Region.empty()) {
@@ -131,8 +132,7 @@ void MakeTerrain(const Options& options, const Progress& progress) {
     for (const std::string& path : options.Grids) AddGrid(cells, path, progress);
     const auto points = TerrainPoints(cells, peaks, extra, recipe, progress);
     WriteWholeFile(options.Output, TerrainText(points));
-    progress(options.Output, 1);
-    std::printf("%s: %zu points\n", options.Output.c_str(), points.size());
+    return points.size();
 }
 
 int Run(int argc, char** argv) {
@@ -147,8 +147,10 @@ int Run(int argc, char** argv) {
     }
     ProgressLine line;
     try {
-        MakeTerrain(options, [&](std::string_view step, double done) { line.Show(step, done); });
+        const std::size_t points =
+            MakeTerrain(options, [&](std::string_view step, double done) { line.Show(step, done); });
         line.Clear();
+        std::printf("%s: %zu points\n", options.Output.c_str(), points);
         return 0;
     } catch (const std::exception& error) {
         line.Clear();
