@@ -55,7 +55,6 @@ inline constexpr std::int32_t AirportWord = 1;
 inline constexpr double LatitudeWordsOfPole = 10001750.0;       ///< so many to 90 degrees
 inline constexpr double LongitudeWordsOfCircle = 4294967296.0;  ///< so many to 360 degrees
 inline constexpr double MetresPerFoot = 0.3048;
-inline constexpr double MetresPerNauticalMile = 1852;
 
 /// Record ids of an airport's stream. Any other id ends the stream.
 inline constexpr std::int32_t AirportPositionId = 0x10001;

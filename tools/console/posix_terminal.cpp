@@ -63,7 +63,7 @@ TerminalInput PosixTerminal::Wait(std::chrono::milliseconds atMost) {
 
 /// An input that fails has ended.
 void PosixTerminal::ReadInput(TerminalInput& input) {
-    std::array<char, 4096> buffer;
+    std::array<char, 4096> buffer{};
     const ssize_t size = read(STDIN_FILENO, buffer.data(), buffer.size());
     if (size < 0 && (errno == EINTR || errno == EAGAIN)) return;
     if (size <= 0) {
