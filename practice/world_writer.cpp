@@ -2,13 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <string_view>
 
 #include "practice/bgl_writer.h"
 #include "station/text.h"
+#include "world/errors.h"
+#include "world/files.h"
 
 namespace corvenna {
 
@@ -91,18 +90,12 @@ class SceneryLibrary {
 
 // ---- Folders and files
 
-void WriteFile(const fs::path& path, std::string_view bytes) {
-    errno = 0;
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) throw WorldWriteError(path, errno == 0 ? "can't be written" : std::strerror(errno));
-}
+void WriteFile(const fs::path& path, std::string_view bytes) { ReplaceFile(path.string(), {bytes}); }
 
 void MakeFolder(const fs::path& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (error) throw WorldWriteError(path, error.message());
+    if (error) throw FileError(path.string(), error.message());
 }
 
 /// A real simulator must not be written into, nor an older practice world, whose airports would stay.
@@ -110,8 +103,8 @@ void MakeEmptyFolder(const fs::path& path) {
     MakeFolder(path);
     std::error_code error;
     const bool empty = fs::is_empty(path, error);
-    if (error) throw WorldWriteError(path, error.message());
-    if (!empty) throw WorldWriteError(path, "is not empty; name a folder that is new or empty");
+    if (error) throw FileError(path.string(), error.message());
+    if (!empty) throw FileError(path.string(), "is not empty; name a folder that is new or empty");
 }
 
 /// The folder of a region that holds its files.

@@ -12,10 +12,10 @@
 #include "tools/terrain/ascii_grid.h"
 #include "tools/terrain/hgt_tile.h"
 #include "tools/terrain/input_file.h"
-#include "tools/terrain/output_file.h"
 #include "tools/terrain/raw_grid.h"
-#include "tools/terrain/terrain_error.h"
 #include "tools/terrain/terrain_points.h"
+#include "world/errors.h"
+#include "world/files.h"
 
 namespace corvenna {
 namespace {
@@ -108,7 +108,7 @@ void AddGrid(CellGrid& cells, const std::string& path, const Progress& progress)
     } else if (HasExtension(path, ".asc")) {
         AddAsciiGrid(cells, path, progress);
     } else {
-        throw TerrainError(path, "neither .hgt nor .asc; a grid without a header is given with --raw");
+        throw FileError(path, "neither .hgt nor .asc; a grid without a header is given with --raw");
     }
 }
 
@@ -131,7 +131,7 @@ std::size_t MakeTerrain(const Options& options, const Progress& progress) {
     for (const std::string& text : options.RawGrids) AddRawGrid(cells, ParseRawGridForm(text), progress);
     for (const std::string& path : options.Grids) AddGrid(cells, path, progress);
     const auto points = TerrainPoints(cells, peaks, extra, recipe, progress);
-    WriteWholeFile(options.Output, TerrainText(points));
+    ReplaceFile(options.Output, {TerrainText(points)});
     return points.size();
 }
 

@@ -1,7 +1,7 @@
 #include "tools/terrain/ascii_grid.h"
 
-#include "support/scratch_folder.h"
 #include "terrain/terrain_scene.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 namespace {
@@ -18,8 +18,8 @@ constexpr const char* Header =
     "NODATA_value -1\n";
 
 std::string Add(CellGrid& cells, const std::string& text) {
-    const ScratchFolder folder;
-    const std::string path = folder.Write("grid.asc", text);
+    const TempFolder folder;
+    const std::string path = Written(folder, "grid.asc", text);
     std::string error = ErrorOf([&] { AddAsciiGrid(cells, path, NoProgress); });
     if (error.starts_with(path)) error.replace(0, path.size(), "grid.asc");
     return error;

@@ -1,7 +1,7 @@
 #include "tools/terrain/hgt_tile.h"
 
-#include "support/scratch_folder.h"
 #include "terrain/terrain_scene.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 namespace {
@@ -46,10 +46,10 @@ TEST(HgtTile, ANameWithoutACornerIsRefused) {
 }
 
 TEST(HgtTile, FillsItsDegreeAndMarksItFine) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
     // 40 samples from the north edge and 150 from the west edge: row 0 and column 1 of the degree's cells.
-    AddHgtTile(cells, folder.Write("N47E011.hgt", Tile(500, 40, 150, 2345)), NoProgress);
+    AddHgtTile(cells, Written(folder, "N47E011.hgt", Tile(500, 40, 150, 2345)), NoProgress);
     EXPECT_EQ(cells.FineHeight(RowOf(47.99), ColumnOf(11.10)), 2345);
     EXPECT_EQ(cells.FineHeight(RowOf(47.99), ColumnOf(11.01)), 500);
     for (const double latitude : {47.01, 47.5, 47.99}) {
@@ -62,34 +62,34 @@ TEST(HgtTile, FillsItsDegreeAndMarksItFine) {
 }
 
 TEST(HgtTile, SamplesOnTheSouthAndEastEdgeBelongToTheNextDegree) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    AddHgtTile(cells, folder.Write("N47E011.hgt", Tile(500, 1200, 1200, 3000)), NoProgress);
+    AddHgtTile(cells, Written(folder, "N47E011.hgt", Tile(500, 1200, 1200, 3000)), NoProgress);
     EXPECT_EQ(HeightAt(cells, 46.99, 12.01), 3000);
     EXPECT_EQ(HeightAt(cells, 47.01, 11.99), 500);
     EXPECT_EQ(FilledCells(cells), 13 * 13);
 }
 
 TEST(HgtTile, AVoidLeavesTheRestOfItsCell) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    AddHgtTile(cells, folder.Write("S42E174.hgt", Tile(500, 40, 150, -32768)), NoProgress);
+    AddHgtTile(cells, Written(folder, "S42E174.hgt", Tile(500, 40, 150, -32768)), NoProgress);
     EXPECT_EQ(HeightAt(cells, -41.01, 174.10), 500);
     EXPECT_FALSE(cells.FullyFine(RowOf(-41.01), ColumnOf(174.10)));
     EXPECT_TRUE(cells.FullyFine(RowOf(-41.01), ColumnOf(174.20)));
 }
 
 TEST(HgtTile, ATileOfAllVoidsFillsNothing) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    AddHgtTile(cells, folder.Write("N00E006.hgt", Tile(-32768)), NoProgress);
+    AddHgtTile(cells, Written(folder, "N00E006.hgt", Tile(-32768)), NoProgress);
     EXPECT_EQ(FilledCells(cells), 0);
 }
 
 TEST(HgtTile, AShortTileIsNamed) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("N47E011.hgt", Tile(500).substr(0, 1000));
+    const std::string path = Written(folder, "N47E011.hgt", Tile(500).substr(0, 1000));
     EXPECT_EQ(ErrorOf([&] { AddHgtTile(cells, path, NoProgress); }),
               path + ": 1000 bytes; a tile has 2884802 or 25934402");
 }

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "support/scratch_folder.h"
 #include "terrain/terrain_scene.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 namespace {
@@ -62,9 +62,9 @@ TEST(RawGridForm, NamesTheKeyThatIsWrong) {
 }
 
 TEST(RawGrid, LittleEndianHeightsFillTheCellsFromTheNorthWest) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("grid", LittleEndian({1, 2, 300, 4, 5, -6}));
+    const std::string path = Written(folder, "grid", LittleEndian({1, 2, 300, 4, 5, -6}));
     EXPECT_EQ(Add(cells, path + TwoByThree), "");
     EXPECT_EQ(HeightAt(cells, 46.95, 11.05), 1);
     EXPECT_EQ(HeightAt(cells, 46.95, 11.13), 2);
@@ -75,9 +75,9 @@ TEST(RawGrid, LittleEndianHeightsFillTheCellsFromTheNorthWest) {
 }
 
 TEST(RawGrid, BigEndianHeightsAndRowsFromTheSouth) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("grid", BigEndian({1, 2, 300, 4, 5, -6}));
+    const std::string path = Written(folder, "grid", BigEndian({1, 2, 300, 4, 5, -6}));
     EXPECT_EQ(Add(cells, path + TwoByThree + ",order=big,from=south"), "");
     EXPECT_EQ(HeightAt(cells, 46.88, 11.05), 1);
     EXPECT_EQ(HeightAt(cells, 46.88, 11.20), 300);
@@ -85,20 +85,21 @@ TEST(RawGrid, BigEndianHeightsAndRowsFromTheSouth) {
 }
 
 TEST(RawGrid, AVoidFillsNothing) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("grid", LittleEndian({1, -9999, 3, 4, -9999, 6}));
+    const std::string path = Written(folder, "grid", LittleEndian({1, -9999, 3, 4, -9999, 6}));
     EXPECT_EQ(Add(cells, path + TwoByThree + ",void=-9999"), "");
     EXPECT_EQ(FilledCells(cells), 4);
 }
 
 TEST(RawGrid, ACellBetweenFourPointsTakesTheHighestOfItsCorners) {
     // Five points by four columns round the whole world would be long; a piece of such a grid does.
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("points", BigEndian({10, 20, 30,  //
-                                                               40, 50, 25,  //
-                                                               35, 15, 60}));
+    const std::string path = Written(folder, "points",
+                                     BigEndian({10, 20, 30,  //
+                                                40, 50, 25,  //
+                                                35, 15, 60}));
     EXPECT_EQ(Add(cells, path + ",order=big,rows=3,columns=3,samples=points,north=47,south=46.8333,west=11,"
                                 "east=11.1667"),
               "");
@@ -116,9 +117,9 @@ TEST(RawGrid, APointsGridOfTheWholeWorldTakesEachCellsFourCornersAndClosesAt180)
     for (int row = 0; row < Rows; ++row) {
         for (int column = 0; column < Columns; ++column) samples.push_back(sample(row, column));
     }
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("corners", LittleEndian(samples));
+    const std::string path = Written(folder, "corners", LittleEndian(samples));
     ASSERT_EQ(Add(cells, path + ",rows=2161,samples=points,east=179.9166667"), "");
     int wrong = 0;
     for (int row = 0; row < Rows - 1; ++row) {
@@ -133,11 +134,11 @@ TEST(RawGrid, APointsGridOfTheWholeWorldTakesEachCellsFourCornersAndClosesAt180)
 }
 
 TEST(RawGrid, AShortFileIsToldWithByteAndRow) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     for (int bytes = 0; bytes < 12; ++bytes) {
         CellGrid cells;
-        const std::string path = folder.Write(
-            "short", LittleEndian({1, 2, 3, 4, 5, 6}).substr(0, static_cast<std::size_t>(bytes)));
+        const std::string path = Written(
+            folder, "short", LittleEndian({1, 2, 3, 4, 5, 6}).substr(0, static_cast<std::size_t>(bytes)));
         EXPECT_EQ(Add(cells, path + TwoByThree), path + ": ends at byte " + std::to_string(bytes) +
                                                      " in row " + (bytes < 6 ? "1" : "2") +
                                                      " of 2 (rows of 3 samples)");
@@ -145,16 +146,16 @@ TEST(RawGrid, AShortFileIsToldWithByteAndRow) {
 }
 
 TEST(RawGrid, ALongFileIsNoneOfItsForm) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("long", LittleEndian({1, 2, 3, 4, 5, 6}) + "x");
+    const std::string path = Written(folder, "long", LittleEndian({1, 2, 3, 4, 5, 6}) + "x");
     EXPECT_EQ(Add(cells, path + TwoByThree), path + ": is longer than 2 rows of 3 samples");
 }
 
 TEST(RawGrid, TheWrongByteOrderShowsAsAHeightThatCannotBe) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     CellGrid cells;
-    const std::string path = folder.Write("grid", BigEndian({100, 200, 300, 400, 500, 600}));
+    const std::string path = Written(folder, "grid", BigEndian({100, 200, 300, 400, 500, 600}));
     EXPECT_THAT(Add(cells, path + TwoByThree), HasSubstr("row 1, column 1: 25600 m is no height of ground"));
 }
 

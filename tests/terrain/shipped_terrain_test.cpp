@@ -4,11 +4,11 @@
 #include <cmath>
 #include <sstream>
 
-#include "support/scratch_folder.h"
 #include "terrain/terrain_scene.h"
 #include "tools/terrain/raw_grid.h"
 #include "tools/terrain/summits.h"
 #include "tools/terrain/terrain_points.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 namespace {
@@ -17,7 +17,7 @@ const std::string Data = "../data/";
 
 /// The points of the shipped file, read as lines of three numbers.
 std::vector<Summit> ShippedPoints() {
-    std::istringstream text(ScratchFolder::Read(Data + "world_terrain.db"));
+    std::istringstream text(BytesOf(Data + "world_terrain.db"));
     std::vector<Summit> points;
     Summit point;
     while (text >> point.Latitude >> point.Longitude >> point.Elevation) points.push_back(point);
@@ -33,7 +33,7 @@ TEST(ShippedTerrain, IsRebuiltByteForByteFromItsInputs) {
     ReadSummits(Data + "peaks.csv.gz", peaks);
     ReadSummits(Data + "terrain-extra.csv", extra);
     const std::string rebuilt = TerrainText(TerrainPoints(cells, peaks, extra, {}, NoProgress));
-    const std::string shipped = ScratchFolder::Read(Data + "world_terrain.db");
+    const std::string shipped = BytesOf(Data + "world_terrain.db");
     EXPECT_EQ(rebuilt.size(), shipped.size());
     EXPECT_TRUE(rebuilt == shipped);
 }

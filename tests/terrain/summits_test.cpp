@@ -1,15 +1,15 @@
 #include "tools/terrain/summits.h"
 
-#include "support/scratch_folder.h"
 #include "terrain/terrain_scene.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 namespace {
 
 std::vector<Summit> Read(const std::string& text) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     std::vector<Summit> summits;
-    ReadSummits(folder.Write("list.csv", text), summits);
+    ReadSummits(Written(folder, "list.csv", text), summits);
     return summits;
 }
 

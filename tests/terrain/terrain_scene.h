@@ -2,12 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "tools/terrain/cell_grid.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
+#include "world/temp_folder.h"
 
 namespace corvenna {
 
@@ -48,11 +51,22 @@ inline std::string LittleEndian(const std::vector<int>& words) {
     return bytes;
 }
 
+/// Writes a file and gives its path.
+inline std::string Written(const TempFolder& folder, std::string_view name, std::string_view bytes) {
+    folder.Write(name, bytes);
+    return folder.Path(name);
+}
+
+inline std::string BytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// What a piece of work complains of, "" if of nothing.
 inline std::string ErrorOf(const std::function<void()>& work) {
     try {
         work();
-    } catch (const TerrainError& error) {
+    } catch (const FileError& error) {
         return error.what();
     }
     return "";

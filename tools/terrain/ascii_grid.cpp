@@ -13,7 +13,7 @@
 #include "tools/terrain/input_file.h"
 #include "tools/terrain/number_text.h"
 #include "tools/terrain/raw_grid.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -44,7 +44,7 @@ class WordReader {
     }
 
     [[noreturn]] void Fail(const std::string& reason) const {
-        throw TerrainError(file_.Path(), fmt::format("line {}: {}", line_, reason));
+        throw FileError(file_.Path(), fmt::format("line {}: {}", line_, reason));
     }
 
   private:

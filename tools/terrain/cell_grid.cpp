@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -72,7 +72,7 @@ GridPlacing::GridPlacing(CellGrid& cells, const GridShape& shape)
 
 void GridPlacing::CheckShape() const {
     const double tolerance = EdgeTolerance / CellGrid::CellsPerDegree;
-    const auto fail = [this](const std::string& reason) { throw TerrainError(shape_.File, reason); };
+    const auto fail = [this](const std::string& reason) { throw FileError(shape_.File, reason); };
     if (!(shape_.North <= 90 + tolerance && shape_.South >= -90 - tolerance && shape_.South < shape_.North)) {
         fail(fmt::format("latitudes from {} to {} are not on the Earth", shape_.South, shape_.North));
     }
@@ -119,10 +119,10 @@ void GridPlacing::AddRow(std::span<const std::int16_t> heights) {
     for (std::size_t column = 0; column < heights.size(); ++column) {
         const std::int16_t height = heights[column];
         if (height != CellGrid::NoData && (height < LowestGround || height > HighestGround)) {
-            throw TerrainError(shape_.File,
-                               fmt::format("row {}, column {}: {} m is no height of ground (wrong byte "
-                                           "order, unit or mark of a void?)",
-                                           nextRow_ + 1, column + 1, height));
+            throw FileError(shape_.File,
+                            fmt::format("row {}, column {}: {} m is no height of ground (wrong byte "
+                                        "order, unit or mark of a void?)",
+                                        nextRow_ + 1, column + 1, height));
         }
         Place(rows, columnCells_[column], height);
     }

@@ -57,11 +57,11 @@ struct GridShape {
 /// Puts the rows of one elevation grid into the cells, in their order; the highest sample of a cell stays.
 class GridPlacing {
   public:
-    /// Throws TerrainError when the shape doesn't lie on the Earth, or its samples stand more than 5 arc
+    /// Throws FileError when the shape doesn't lie on the Earth, or its samples stand more than 5 arc
     /// minutes apart, which would leave cells without any.
     GridPlacing(CellGrid& cells, const GridShape& shape);
 
-    /// Heights in metres, CellGrid::NoData for a void; as many as the shape has columns. Throws TerrainError
+    /// Heights in metres, CellGrid::NoData for a void; as many as the shape has columns. Throws FileError
     /// at a height that no ground on Earth has: that is how a wrong byte order or a wrong unit shows.
     void AddRow(std::span<const std::int16_t> heights);
 

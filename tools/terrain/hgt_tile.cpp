@@ -7,7 +7,7 @@
 #include "station/text.h"
 #include "tools/terrain/input_file.h"
 #include "tools/terrain/number_text.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -33,7 +33,7 @@ RawGridForm HgtForm(const std::string& path, std::size_t bytes) {
     const auto south = name.size() < CornerLength ? std::nullopt : Corner(name.substr(0, 3), 'N', 'S', 90);
     const auto west = name.size() < CornerLength ? std::nullopt : Corner(name.substr(3, 4), 'E', 'W', 180);
     if (!south || !west) {
-        throw TerrainError(path, "the name does not begin with the south-west corner, such as N47E011");
+        throw FileError(path, "the name does not begin with the south-west corner, such as N47E011");
     }
     for (const int side : Sides) {
         if (bytes != TileBytes(side)) continue;
@@ -48,7 +48,7 @@ RawGridForm HgtForm(const std::string& path, std::size_t bytes) {
         form.Stand = SampleStand::Points;
         return form;
     }
-    throw TerrainError(
+    throw FileError(
         path, fmt::format("{} bytes; a tile has {} or {}", bytes, TileBytes(Sides[0]), TileBytes(Sides[1])));
 }
 

@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "station/text.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -29,7 +29,7 @@ std::string FailureOf(gzFile file) {
 void InputFile::Closer::operator()(void* file) const { gzclose(Handle(file)); }
 
 InputFile::InputFile(std::string path) : path_(std::move(path)), file_(gzopen(path_.c_str(), "rb")) {
-    if (!file_) throw TerrainError(path_, std::strerror(errno));
+    if (!file_) throw FileError(path_, std::strerror(errno));
     gzbuffer(Handle(file_.get()), 1 << 17);
 }
 
@@ -42,7 +42,7 @@ std::size_t InputFile::Read(std::span<char> into) {
         int code = Z_OK;
         gzerror(Handle(file_.get()), &code);
         if (got < 0 || (code != Z_OK && code != Z_STREAM_END)) {
-            throw TerrainError(path_, FailureOf(Handle(file_.get())));
+            throw FileError(path_, FailureOf(Handle(file_.get())));
         }
         if (got == 0) break;
         filled += static_cast<std::size_t>(got);
@@ -55,7 +55,7 @@ std::string InputFile::ReadAll(std::size_t limit) {
     char chunk[1 << 16];
     while (const std::size_t got = Read(chunk)) {
         bytes.append(chunk, got);
-        if (bytes.size() > limit) throw TerrainError(path_, fmt::format("more than {} bytes", limit));
+        if (bytes.size() > limit) throw FileError(path_, fmt::format("more than {} bytes", limit));
     }
     return bytes;
 }

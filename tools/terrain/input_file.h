@@ -11,14 +11,14 @@ namespace corvenna {
 /// A file read from front to end, plain or gzipped: its first bytes tell which. One thread at a time.
 class InputFile {
   public:
-    /// Throws TerrainError when the file can't be opened.
+    /// Throws FileError when the file can't be opened.
     explicit InputFile(std::string path);
 
-    /// Fills `into` and gives the number of bytes read, fewer only at the file's end. Throws TerrainError
+    /// Fills `into` and gives the number of bytes read, fewer only at the file's end. Throws FileError
     /// when the file can't be read or its compressed bytes are damaged.
     std::size_t Read(std::span<char> into);
 
-    /// The rest of the file. Throws TerrainError also when it is longer than `limit` bytes.
+    /// The rest of the file. Throws FileError also when it is longer than `limit` bytes.
     std::string ReadAll(std::size_t limit);
 
     const std::string& Path() const { return path_; }

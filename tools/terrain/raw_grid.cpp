@@ -4,7 +4,7 @@
 
 #include "tools/terrain/input_file.h"
 #include "tools/terrain/number_text.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -14,7 +14,7 @@ constexpr std::size_t BytesPerSample = 2;
 
 void SetKey(RawGridForm& form, std::string_view key, std::string_view value) {
     const auto fail = [&](std::string_view expected) {
-        throw TerrainError(form.File, fmt::format("{}={}: expected {}", key, value, expected));
+        throw FileError(form.File, fmt::format("{}={}: expected {}", key, value, expected));
     };
     const auto whole = [&](int lowest, int highest) {
         const auto number = ParseWhole(value, lowest, highest);
@@ -51,7 +51,7 @@ void SetKey(RawGridForm& form, std::string_view key, std::string_view value) {
     else if (key == "void")
         form.Void = whole(INT16_MIN, INT16_MAX);
     else
-        throw TerrainError(form.File, fmt::format("\"{}\" is no key of a raw grid", key));
+        throw FileError(form.File, fmt::format("\"{}\" is no key of a raw grid", key));
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ RawGridForm ParseRawGridForm(std::string_view text) {
         const std::string_view pair = text.substr(0, comma);
         const std::size_t equals = pair.find('=');
         if (equals == std::string_view::npos) {
-            throw TerrainError(form.File, fmt::format("\"{}\" is not of the form key=value", pair));
+            throw FileError(form.File, fmt::format("\"{}\" is not of the form key=value", pair));
         }
         SetKey(form, pair.substr(0, equals), pair.substr(equals + 1));
     }
@@ -76,7 +76,7 @@ RawGridForm ParseRawGridForm(std::string_view text) {
 GridShape ShapeOf(const RawGridForm& form) {
     const bool points = form.Stand == SampleStand::Points;
     if (points && (form.Rows < 2 || form.Columns < 2)) {
-        throw TerrainError(form.File, "a grid of points needs two rows and two columns at least");
+        throw FileError(form.File, "a grid of points needs two rows and two columns at least");
     }
     const double latitudeStep = (form.North - form.South) / (points ? form.Rows - 1 : form.Rows);
     const double longitudeStep = (form.East - form.West) / (points ? form.Columns - 1 : form.Columns);
@@ -117,17 +117,17 @@ void AddRawGrid(CellGrid& cells, const RawGridForm& form, const Progress& progre
     for (int row = 0; row < form.Rows; ++row) {
         progress(form.File, static_cast<double>(row) / form.Rows);
         if (const std::size_t got = file.Read(bytes); got < bytes.size()) {
-            throw TerrainError(form.File, fmt::format("ends at byte {} in row {} of {} (rows of {} samples)",
-                                                      static_cast<std::size_t>(row) * bytes.size() + got,
-                                                      row + 1, form.Rows, form.Columns));
+            throw FileError(form.File, fmt::format("ends at byte {} in row {} of {} (rows of {} samples)",
+                                                   static_cast<std::size_t>(row) * bytes.size() + got,
+                                                   row + 1, form.Rows, form.Columns));
         }
         DecodeHeights(bytes, form.Order, form.Void, heights);
         placing.AddRow(heights);
     }
     char oneMore[1];
     if (file.Read(oneMore) > 0) {
-        throw TerrainError(form.File,
-                           fmt::format("is longer than {} rows of {} samples", form.Rows, form.Columns));
+        throw FileError(form.File,
+                        fmt::format("is longer than {} rows of {} samples", form.Rows, form.Columns));
     }
     placing.Finish();
 }

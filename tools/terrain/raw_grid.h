@@ -36,18 +36,18 @@ struct RawGridForm {
 };
 
 /// A form out of "FILE" or "FILE,key=value,...", with the keys order (little or big), rows, columns, north,
-/// south, west, east, samples (cells or points), from (north or south) and void. Throws TerrainError that
+/// south, west, east, samples (cells or points), from (north or south) and void. Throws FileError that
 /// names the file and the key.
 RawGridForm ParseRawGridForm(std::string_view text);
 
-/// Where the samples of such a grid stand. Throws TerrainError for a grid of points with fewer than two rows
+/// Where the samples of such a grid stand. Throws FileError for a grid of points with fewer than two rows
 /// or columns.
 GridShape ShapeOf(const RawGridForm& form);
 
 /// The heights of one row of bytes; `into` has half as many elements. The void becomes CellGrid::NoData.
 void DecodeHeights(std::span<const char> bytes, ByteOrder order, int voidMark, std::span<std::int16_t> into);
 
-/// Puts a raw grid, plain or gzipped, into the cells. Throws TerrainError when it can't be read or is
+/// Puts a raw grid, plain or gzipped, into the cells. Throws FileError when it can't be read or is
 /// shorter or longer than its form says.
 void AddRawGrid(CellGrid& cells, const RawGridForm& form, const Progress& progress);
 

@@ -10,7 +10,7 @@
 #include "station/numbers.h"
 #include "tools/terrain/input_file.h"
 #include "tools/terrain/number_text.h"
-#include "tools/terrain/terrain_error.h"
+#include "world/errors.h"
 
 namespace corvenna {
 
@@ -67,7 +67,7 @@ class SummitList {
     }
 
     [[noreturn]] void Fail(const std::string& reason) const {
-        throw TerrainError(path_, fmt::format("line {}: {}", line_, reason));
+        throw FileError(path_, fmt::format("line {}: {}", line_, reason));
     }
 
     const std::string& path_;

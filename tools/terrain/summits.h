@@ -14,7 +14,7 @@ struct Summit {
 
 /// Appends the places of a list: comma-separated text, plain or gzipped, whose first line names the columns,
 /// lat, lon and elevation_m among them; no quotes. Elevations are rounded to whole metres. Throws
-/// TerrainError with file and line.
+/// FileError with file and line.
 void ReadSummits(const std::string& path, std::vector<Summit>& summits);
 
 /// Finds summits by place.
