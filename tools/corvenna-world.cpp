@@ -15,8 +15,11 @@
 
 #include "tools/world/world_json.h"
 #include "world/airport_database.h"
+#include "world/airport_selection.h"
 #include "world/errors.h"
+#include "world/files.h"
 #include "world/magnetic_table.h"
+#include "world/object_walker.h"
 #include "world/scenery_scan.h"
 
 /// Scenery and database files from the command line. Data go to standard output; all that is for people
@@ -26,6 +29,9 @@ namespace {
 
 constexpr int ExitFailed = 1;
 constexpr int ExitWrongCommandLine = 2;
+
+/// The command has failed and has said so already.
+struct Failed {};
 
 /// Shows a bar while standard error is a terminal, and a line for each file that was skipped.
 class ScanDisplay final : public ScanObserver {
@@ -89,16 +95,41 @@ void List(const std::string& appFolder) {
     std::cout << lines;
 }
 
+FileError NoSuchAirport(const std::string& appFolder, const std::string& label) {
+    return FileError(appFolder, fmt::format("no airport \"{}\" in the database", label));
+}
+
 /// Of several airports with the label the last one counts, as in the selection.
 Airport FindAirport(const std::string& appFolder, const std::string& label) {
     const AirportList airports = ReadDatabase(appFolder);
     const std::int32_t number = airports.FindLast(label);
-    if (number < 0) throw FileError(appFolder, fmt::format("no airport \"{}\" in the database", label));
+    if (number < 0) throw NoSuchAirport(appFolder, label);
     return airports.Record(number);
 }
 
 void Dump(const std::string& appFolder, const std::string& label) {
     std::cout << AirportJson(FindAirport(appFolder, label)).dump(2) << '\n';
+}
+
+void ShowStation(const std::string& appFolder, const std::string& label) {
+    Station station;
+    const auto box = PrepareStation(station, appFolder, label);
+    if (!box) throw NoSuchAirport(appFolder, label);
+    std::cout << SelectionJson(station, *box).dump(2) << '\n';
+}
+
+void Walk(const std::string& file, std::int64_t offset, const std::string& name) {
+    std::vector<std::uint8_t> buffer;
+    ReadFileStart(FindPath(file).value_or(file), std::numeric_limits<std::size_t>::max(), buffer);
+    buffer.push_back(0);
+    try {
+        WalkObjects(buffer, offset, name, [](const std::string& log) { std::cout << log; });
+    } catch (const OpcodeError& error) {
+        std::cout << error.Log() << '\n' << error.what() << '\n';
+        throw Failed{};
+    } catch (const DamagedData& damage) {
+        throw FileError(file, damage.what());
+    }
 }
 
 int Run(int argc, char** argv) {
@@ -123,10 +154,25 @@ int Run(int argc, char** argv) {
     };
     airportCommand("dump", "Print the record of an airport")->callback([&] { Dump(appFolder, label); });
 
+    airportCommand("station", "Print the station that the selection of an airport gives")->callback([&] {
+        ShowStation(appFolder, label);
+    });
+
+    std::string file, name;
+    std::int64_t offset = 0;
+    CLI::App* const walk = app.add_subcommand("walk", "Log the opcodes of the objects in a BGL file");
+    walk->add_option("FILE", file, "The BGL file")->required();
+    walk->add_option("OFFSET", offset, "Where the object list begins, decimal")->required();
+    walk->add_option("NAME", name, "The file's name in the log")->required();
+    walk->callback([&] { Walk(file, offset, name); });
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : ExitWrongCommandLine;
+    } catch (const Failed&) {
+        std::cout.flush();
+        return ExitFailed;
     }
     std::cout.flush();
     return std::cout ? 0 : ExitFailed;

@@ -63,6 +63,41 @@ std::string AirportLabel(const AirportFields<Text>& airport) {
     return label;
 }
 
+/// The fields of a record ahead of its arrays, by their names and in their order: visit("Name", field) with a
+/// reference to each.
+template <class Fields, class Visit>
+void VisitFieldsAheadOfArrays(Fields& airport, Visit visit) {
+    visit("Name", airport.Name);
+    visit("Latitude", airport.Latitude);
+    visit("Longitude", airport.Longitude);
+    visit("Icao", airport.Icao);
+    visit("GroundFreq", airport.GroundFreq);
+    visit("TowerFreq", airport.TowerFreq);
+    visit("ApproachFreq", airport.ApproachFreq);
+    visit("CenterFreq", airport.CenterFreq);
+    visit("CtafFreq", airport.CtafFreq);
+    visit("MainRunwayId", airport.MainRunwayId);
+    visit("MainRunwayLatitude", airport.MainRunwayLatitude);
+    visit("MainRunwayLongitude", airport.MainRunwayLongitude);
+    visit("MainRunwayElevation", airport.MainRunwayElevation);
+    visit("MainRunwayLength", airport.MainRunwayLength);
+    visit("MainRunwayWidth", airport.MainRunwayWidth);
+    visit("MainRunwayHeading", airport.MainRunwayHeading);
+    visit("MainRunwayHasIls", airport.MainRunwayHasIls);
+}
+
+/// All fields of an Airport, by their names and in their order.
+template <class Record, class Visit>
+void VisitAirportFields(Record& airport, Visit visit) {
+    VisitFieldsAheadOfArrays(airport, visit);
+    visit("TaxiPoints", airport.TaxiPoints);
+    visit("TaxiPointCount", airport.TaxiPointCount);
+    visit("ParkingSpots", airport.ParkingSpots);
+    visit("ParkingSpotCount", airport.ParkingSpotCount);
+    visit("TaxiPaths", airport.TaxiPaths);
+    visit("TaxiPathCount", airport.TaxiPathCount);
+}
+
 /// Content of Corvenna.cfg.
 struct ConfigRecord {
     std::string SimFolder;          ///< as the operator chose it

@@ -15,28 +15,7 @@ constexpr std::size_t SmallestSpot = 23;
 constexpr std::size_t SmallestPath = 14;
 constexpr std::size_t TextLengthSize = 2;
 
-// ---- The fields, in the order on disk, for the writer and the reader alike.
-
-template <class Direction, class Fields>
-void HeadFields(Direction& d, Fields& airport) {
-    d.Text(airport.Name);
-    d.Number(airport.Latitude);
-    d.Number(airport.Longitude);
-    d.Text(airport.Icao);
-    d.Text(airport.GroundFreq);
-    d.Text(airport.TowerFreq);
-    d.Text(airport.ApproachFreq);
-    d.Text(airport.CenterFreq);
-    d.Text(airport.CtafFreq);
-    d.Text(airport.MainRunwayId);
-    d.Number(airport.MainRunwayLatitude);
-    d.Number(airport.MainRunwayLongitude);
-    d.Number(airport.MainRunwayElevation);
-    d.Number(airport.MainRunwayLength);
-    d.Number(airport.MainRunwayWidth);
-    d.Number(airport.MainRunwayHeading);
-    d.Number(airport.MainRunwayHasIls);
-}
+// ---- Each kind of field, for the writer and the reader. VisitAirportFields puts them in order.
 
 constexpr auto TaxiPointFields = [](auto& d, auto& point) {
     d.Number(point.Kind);
@@ -59,31 +38,38 @@ constexpr auto TaxiPathFields = [](auto& d, auto& path) {
     d.Text(path.Name);
 };
 
-void WriteRecord(RecordWriter& w, const Airport& airport) {
-    HeadFields(w, airport);
-    w.Array(airport.TaxiPoints, TaxiPointFields);
-    w.Number(airport.TaxiPointCount);
-    w.Array(airport.ParkingSpots, ParkingSpotFields);
-    w.Number(airport.ParkingSpotCount);
-    w.Array(airport.TaxiPaths, TaxiPathFields);
-    w.Number(airport.TaxiPathCount);
+/// Passes one field of a record to or from the disk.
+template <class Direction, class Field>
+void PassField(Direction& d, Field& field) {
+    using Value = std::remove_const_t<Field>;
+    if constexpr (std::is_same_v<Value, DynamicArray<TaxiPoint>>) {
+        d.Array(field, TaxiPointSize, TaxiPointFields);
+    } else if constexpr (std::is_same_v<Value, DynamicArray<ParkingSpot>>) {
+        d.Array(field, SmallestSpot, ParkingSpotFields);
+    } else if constexpr (std::is_same_v<Value, DynamicArray<TaxiPath>>) {
+        d.Array(field, SmallestPath, TaxiPathFields);
+    } else if constexpr (std::is_arithmetic_v<Value>) {
+        d.Number(field);
+    } else {
+        d.Text(field);
+    }
 }
 
-void ReadRecord(RecordReader& r, Airport& airport) {
-    HeadFields(r, airport);
-    r.Array(airport.TaxiPoints, TaxiPointSize, TaxiPointFields);
-    r.Number(airport.TaxiPointCount);
-    r.Array(airport.ParkingSpots, SmallestSpot, ParkingSpotFields);
-    r.Number(airport.ParkingSpotCount);
-    r.Array(airport.TaxiPaths, SmallestPath, TaxiPathFields);
-    r.Number(airport.TaxiPathCount);
+template <class Direction, class Record>
+void PassRecord(Direction& d, Record& airport) {
+    VisitAirportFields(airport, [&](const char*, auto& field) { PassField(d, field); });
 }
 
-/// The same walk as ReadRecord, without unpacking anything.
-void SkipRecord(RecordReader& r) {
+AirportView ReadView(RecordReader& r) {
     AirportView fields;
+    VisitFieldsAheadOfArrays(fields, [&](const char*, auto& field) { PassField(r, field); });
+    return fields;
+}
+
+/// Steps over a record without unpacking anything.
+void SkipRecord(RecordReader& r) {
     std::int16_t count = 0;
-    HeadFields(r, fields);
+    ReadView(r);
 
     const std::int64_t points = r.ArrayHead(TaxiPointSize);
     if (points > 0) r.Take(static_cast<std::size_t>(points) * TaxiPointSize, "taxi points");
@@ -134,7 +120,7 @@ void AirportList::Add(const Airport& airport) {
     const std::size_t start = bytes_.size();
     try {
         RecordWriter writer(bytes_);
-        WriteRecord(writer, airport);
+        PassRecord(writer, airport);
         starts_.push_back(start);
     } catch (...) {
         bytes_.resize(start);
@@ -150,15 +136,13 @@ void AirportList::Truncate(std::int32_t count) {
 
 AirportView AirportList::Fields(std::int32_t number) const {
     RecordReader reader(bytes_, starts_[static_cast<std::size_t>(number)]);
-    AirportView fields;
-    HeadFields(reader, fields);
-    return fields;
+    return ReadView(reader);
 }
 
 Airport AirportList::Record(std::int32_t number) const {
     RecordReader reader(bytes_, starts_[static_cast<std::size_t>(number)]);
     Airport airport;
-    ReadRecord(reader, airport);
+    PassRecord(reader, airport);
     return airport;
 }
 
@@ -172,7 +156,8 @@ std::int32_t AirportList::FindLast(std::string_view label) const {
 std::string AirportList::SpareRecord() {
     std::string bytes;
     RecordWriter writer(bytes);
-    WriteRecord(writer, Airport{});
+    const Airport spare;
+    PassRecord(writer, spare);
     return bytes;
 }
 

@@ -41,9 +41,9 @@ class RecordWriter {
         into_.append(text);
     }
 
-    /// elementFields(writer, element) writes one element.
+    /// elementFields(writer, element) writes one element. Their size matters to the reader alone.
     template <class Element, class ElementFields>
-    void Array(const DynamicArray<Element>& array, ElementFields elementFields) {
+    void Array(const DynamicArray<Element>& array, std::size_t, ElementFields elementFields) {
         Number<std::uint16_t>(array ? 1 : 0);
         if (!array) return;
         Number(static_cast<std::int32_t>(array->size()));
@@ -126,7 +126,7 @@ class RecordReader {
         return count;
     }
 
-    /// elementFields(reader, element) reads one element.
+    /// elementFields(reader, element) reads one element of at least `smallest` bytes.
     template <class Element, class ElementFields>
     void Array(DynamicArray<Element>& array, std::size_t smallest, ElementFields elementFields) {
         const std::int64_t count = ArrayHead(smallest);

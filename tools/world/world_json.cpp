@@ -1,119 +1,81 @@
 #include "tools/world/world_json.h"
 
+#include <span>
+
+#include "station/fields.h"
+
 namespace corvenna {
 
 namespace {
 
-Json ElementJson(const TaxiPoint& point) {
+Json FieldJson(const std::string& text) { return Utf8FromBytes(text); }
+Json FieldJson(std::int16_t number) { return number; }
+Json FieldJson(std::int32_t number) { return number; }
+Json FieldJson(double number) { return number; }
+
+Json FieldJson(const TaxiPoint& point) {
     return {{"Kind", point.Kind}, {"Latitude", point.Latitude}, {"Longitude", point.Longitude}};
 }
 
-Json ElementJson(const ParkingSpot& spot) {
-    return {{"Name", JsonText(spot.Name)},
+Json FieldJson(const ParkingSpot& spot) {
+    return {{"Name", FieldJson(spot.Name)},
             {"Radius", spot.Radius},
             {"Latitude", spot.Latitude},
             {"Longitude", spot.Longitude},
             {"Spare", spot.Spare}};
 }
 
-Json ElementJson(const TaxiPath& path) {
+Json FieldJson(const TaxiPath& path) {
     return {{"Kind", path.Kind},
             {"StartPoint", path.StartPoint},
             {"EndPoint", path.EndPoint},
-            {"Name", JsonText(path.Name)}};
+            {"Name", FieldJson(path.Name)}};
 }
 
-Json ElementJson(const GeoPoint& point) {
-    return {{"Name", JsonText(point.Name)},
-            {"Kind", JsonText(point.Kind)},
-            {"Latitude", point.Latitude},
-            {"Longitude", point.Longitude},
-            {"Altitude", point.Altitude}};
+Json FieldJson(const GeoPoint& point) {
+    Json object = Json::object();
+    VisitGeoPointFields(point, [&](const char* name, const auto& field) { object[name] = FieldJson(field); });
+    return object;
 }
 
-template <class Range>
-Json ListJson(const Range& elements) {
+template <class Element>
+Json ListJson(std::span<const Element> elements) {
     Json list = Json::array();
-    for (const auto& element : elements) list.push_back(ElementJson(element));
+    for (const Element& element : elements) list.push_back(FieldJson(element));
     return list;
 }
 
 template <class Element>
-Json ArrayJson(const DynamicArray<Element>& array) {
-    return array ? ListJson(*array) : Json(nullptr);
+Json FieldJson(const std::vector<Element>& elements) {
+    return ListJson(std::span<const Element>(elements));
+}
+
+template <class Element>
+Json FieldJson(const DynamicArray<Element>& array) {
+    return array ? FieldJson(*array) : Json(nullptr);
 }
 
 }  // namespace
 
-std::string JsonText(std::string_view bytes) {
-    std::string text;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            text += c;
-        } else {
-            text += static_cast<char>(0xC0 | byte >> 6);
-            text += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return text;
+Json AirportJson(const Airport& airport) {
+    Json object = Json::object();
+    VisitAirportFields(airport,
+                       [&](const char* name, const auto& field) { object[name] = FieldJson(field); });
+    return object;
 }
 
-Json AirportJson(const Airport& a) {
-    return {
-        {"Name", JsonText(a.Name)},
-        {"Latitude", a.Latitude},
-        {"Longitude", a.Longitude},
-        {"Icao", JsonText(a.Icao)},
-        {"GroundFreq", JsonText(a.GroundFreq)},
-        {"TowerFreq", JsonText(a.TowerFreq)},
-        {"ApproachFreq", JsonText(a.ApproachFreq)},
-        {"CenterFreq", JsonText(a.CenterFreq)},
-        {"CtafFreq", JsonText(a.CtafFreq)},
-        {"MainRunwayId", JsonText(a.MainRunwayId)},
-        {"MainRunwayLatitude", a.MainRunwayLatitude},
-        {"MainRunwayLongitude", a.MainRunwayLongitude},
-        {"MainRunwayElevation", a.MainRunwayElevation},
-        {"MainRunwayLength", a.MainRunwayLength},
-        {"MainRunwayWidth", a.MainRunwayWidth},
-        {"MainRunwayHeading", a.MainRunwayHeading},
-        {"MainRunwayHasIls", a.MainRunwayHasIls},
-        {"TaxiPoints", ArrayJson(a.TaxiPoints)},
-        {"TaxiPointCount", a.TaxiPointCount},
-        {"ParkingSpots", ArrayJson(a.ParkingSpots)},
-        {"ParkingSpotCount", a.ParkingSpotCount},
-        {"TaxiPaths", ArrayJson(a.TaxiPaths)},
-        {"TaxiPathCount", a.TaxiPathCount},
-    };
-}
-
-Json StationJson(const Station& s) {
-    const auto mountains = std::span(s.Mountains).first(static_cast<std::size_t>(s.MountainCount));
-    return {
-        {"AirportName", JsonText(s.AirportName)},
-        {"AirportLatitude", s.AirportLatitude},
-        {"AirportLongitude", s.AirportLongitude},
-        {"AirportCode", JsonText(s.AirportCode)},
-        {"GroundFrequency", JsonText(s.GroundFrequency)},
-        {"TowerFrequency", JsonText(s.TowerFrequency)},
-        {"ApproachFrequency", JsonText(s.ApproachFrequency)},
-        {"ArtccFrequency", JsonText(s.ArtccFrequency)},
-        {"CtafFrequency", JsonText(s.CtafFrequency)},
-        {"ActiveRunway", JsonText(s.ActiveRunway)},
-        {"RunwayLatitude", s.RunwayLatitude},
-        {"RunwayLongitude", s.RunwayLongitude},
-        {"RunwayElevation", s.RunwayElevation},
-        {"RunwayLength", s.RunwayLength},
-        {"RunwayWidth", s.RunwayWidth},
-        {"RunwayHeading", s.RunwayHeading},
-        {"RunwayHasIls", s.RunwayHasIls},
-        {"HighestTerrain", s.HighestTerrain},
-        {"AirportTaxiPoints", ListJson(s.AirportTaxiPoints)},
-        {"AirportParkingSpots", ListJson(s.AirportParkingSpots)},
-        {"AirportTaxiPaths", ListJson(s.AirportTaxiPaths)},
-        {"MountainCount", s.MountainCount},
-        {"Mountains", ListJson(mountains)},
-    };
+Json SelectionJson(const Station& station, const SearchBox& box) {
+    Json object = Json::object();
+    VisitStationFields(station,
+                       [&](const char* name, const auto& field) { object[name] = FieldJson(field); });
+    object["MountainCount"] = station.MountainCount;
+    object["Mountains"] =
+        ListJson(std::span(station.Mountains).first(static_cast<std::size_t>(station.MountainCount)));
+    object["NorthLimit"] = box.NorthLimit;
+    object["SouthLimit"] = box.SouthLimit;
+    object["WestLimit"] = box.WestLimit;
+    object["EastLimit"] = box.EastLimit;
+    return object;
 }
 
 }  // namespace corvenna
