@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "airspace/approach_control.h"
+#include "airspace/artcc_control.h"
 #include "station/tick.h"
 
 namespace corvenna {
@@ -10,8 +12,8 @@ namespace corvenna {
 inline constexpr std::array<FrequencyService, 4> ControllerServices{{
     {&Station::GroundFrequency, nullptr},
     {&Station::TowerFrequency, nullptr},
-    {&Station::ApproachFrequency, nullptr},
-    {&Station::ArtccFrequency, nullptr},
+    {&Station::ApproachFrequency, &ApproachControl},
+    {&Station::ArtccFrequency, &ArtccControl},
 }};
 
 }  // namespace corvenna

@@ -177,7 +177,14 @@ struct Station {
     std::string TextBefore;
     std::vector<std::int32_t> Audience;
 
-    // Fixes around the runway, kept from one use to the next by the services that steer.
+    // Scratch of the radar services, for the same reason: a text being built or compared with, the name of
+    // a leg, and a phrase looked for.
+    std::string Line;
+    std::string LegName;
+    std::string Phrase;
+
+    // Fixes around the runway, rewritten for each pilot who is steered. They are blank at the station
+    // window's load and keep what the last pilot left: one chain reads a fix that it has not written.
     GeoPoint LeftDownwindFix;
     GeoPoint RightDownwindFix;
     GeoPoint LeftBaseFix;
@@ -204,7 +211,7 @@ void RemoveTaxiRoutesOf(Station& station, const PlayerRecord& pilot);
 /// greets him as a new pilot.
 void ResetPilot(Station& station, PlayerRecord& pilot);
 
-/// All lists of the traffic back to one blank element, as at the station window's load.
+/// All lists of the traffic back to one blank element and the fixes blank, as at the station window's load.
 void ClearTraffic(Station& station);
 
 }  // namespace corvenna
