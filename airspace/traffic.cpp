@@ -1,5 +1,6 @@
 #include "airspace/traffic.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "airspace/radar_state.h"
@@ -22,7 +23,7 @@ constexpr std::string_view TrafficCall =
 
 constexpr int CalledOutMiles = 5;
 constexpr int AlertMiles = 2;
-constexpr std::int64_t CalledOutFeet = 3000;
+constexpr std::string_view AfterEach = ", ";
 
 struct ClockArc {
     std::string_view Word;
@@ -48,32 +49,56 @@ void ReadClock(std::int16_t heading, std::int16_t bearing, std::string_view& clo
     }
 }
 
-bool IsNear(const PlayerRecord& pilot, const PlayerRecord& other, std::int16_t& miles) {
-    if (std::abs(std::int64_t{pilot.Altitude} - other.Altitude) >= CalledOutFeet) return false;
-    miles = DistanceNm(pilot.Latitude, pilot.Longitude, other.Latitude, other.Longitude);
-    return miles < CalledOutMiles;
+bool IsNearInHeight(const PlayerRecord& pilot, const PlayerRecord& other) {
+    return std::abs(std::int64_t{pilot.Altitude} - other.Altitude) < TrafficIndex::NearFeet;
 }
 
-/// A name that is part of a longer one called out before counts as called out itself.
-bool IsAdvised(const PlayerRecord& pilot, const PlayerRecord& other) {
-    return ContainsIgnoringCase(pilot.AdvisedTraffic, other.Name);
-}
+/// Looks names up in the text of those called out before. A name that is part of a longer one counts too.
+/// Traffic mostly comes in the order in which it was entered, so the place behind the last hit goes first.
+class AdvisedNames {
+  public:
+    bool Holds(const std::string& advised, std::string_view name) {
+        const std::string_view text = advised;
+        if (EqualIgnoringCase(text.substr(next_, name.size()), name)) {
+            MoveBehind(text, next_, name);
+            return true;
+        }
+        const std::size_t at = FindIgnoringCase(text, name);
+        if (at == std::string_view::npos) return false;
+        MoveBehind(text, at, name);
+        return true;
+    }
+
+  private:
+    void MoveBehind(std::string_view text, std::size_t at, std::string_view name) {
+        next_ = std::min(text.size(), at + name.size() + AfterEach.size());
+    }
+
+    std::size_t next_ = 0;
+};
 
 void CallOut(const Station& station, PlayerRecord& pilot, const PlayerRecord& other, std::int16_t miles,
              std::string_view clock, std::string_view service) {
     Answer(station, pilot, miles < AlertMiles ? TrafficAlert : TrafficCall, fmt::arg("miles", miles),
            fmt::arg("clock", clock), fmt::arg("altitude", other.Altitude),
            fmt::arg("aircraft", other.AircraftName), fmt::arg("service", service));
-    pilot.AdvisedTraffic.append(other.Name).append(", ");
+    pilot.AdvisedTraffic.append(other.Name).append(AfterEach);
 }
 
 }  // namespace
 
 void ScanTraffic(Station& station, PlayerRecord& pilot, std::string_view service) {
+    const auto players = station.Players.Valid();
+    const auto candidates =
+        station.PassInProgress ? station.Traffic.Near(players, pilot) : station.Traffic.Everybody(players);
+    AdvisedNames advised;
     std::string_view clock;
-    for (const PlayerRecord& other : station.Players.Valid()) {
-        std::int16_t miles = 0;
-        if (other.Name == pilot.Name || !IsNear(pilot, other, miles) || IsAdvised(pilot, other)) continue;
+    for (const std::int32_t place : candidates) {
+        const PlayerRecord& other = players[static_cast<std::size_t>(place)];
+        if (other.Name == pilot.Name || !IsNearInHeight(pilot, other)) continue;
+        if (advised.Holds(pilot.AdvisedTraffic, other.Name)) continue;
+        const auto miles = DistanceNm(pilot.Latitude, pilot.Longitude, other.Latitude, other.Longitude);
+        if (miles >= CalledOutMiles) continue;
         pilot.Heading = NormalizeHeading(pilot.Heading);
         const auto bearing =
             BearingTo(station, pilot.Latitude, pilot.Longitude, other.Latitude, other.Longitude);

@@ -139,11 +139,8 @@ void SteerToTarget(Station& station, PlayerRecord& pilot, std::string_view servi
     const GeoPoint& target = pilot.Target;
     const std::int16_t reciprocal =
         NormalizeHeading(Narrow<std::int32_t>(WholeNumber(pilot.AssignedHeading) - 180));
-    const std::int16_t distance =
-        DistanceNm(target.Latitude, target.Longitude, pilot.Latitude, pilot.Longitude);
-    std::int16_t bearing =
-        BearingTo(station, target.Latitude, target.Longitude, pilot.Latitude, pilot.Longitude);
-    if (distance < 1 || !HeadingWithin(bearing, reciprocal, 90)) {
+    Way way = WayTo(station, target.Latitude, target.Longitude, pilot.Latitude, pilot.Longitude);
+    if (way.Distance < 1 || !HeadingWithin(way.Bearing, reciprocal, 90)) {
         PassFix(pilot);
         return;
     }
@@ -151,7 +148,7 @@ void SteerToTarget(Station& station, PlayerRecord& pilot, std::string_view servi
     std::string& line = station.Line;
     line.assign(pilot.Name).append(",");
     const std::size_t begun = line.size();
-    CorrectCourse(station, pilot, reciprocal, distance, HeadingWithin(bearing, reciprocal, 10), line);
+    CorrectCourse(station, pilot, reciprocal, way.Distance, HeadingWithin(way.Bearing, reciprocal, 10), line);
     RenewAltitude(pilot, RequiredAltitude(station, pilot), line.size() > begun, line);
     if (line.size() == begun) return;
     AddVectorMenu(line, service);

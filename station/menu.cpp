@@ -9,9 +9,12 @@ namespace corvenna {
 
 bool ChoiceIs(const Station& station, const PlayerRecord& pilot, std::string_view label) {
     if (pilot.Choice == 0) return false;
-    std::string option;
-    Fill(option, station, pilot, label);
-    return ContainsIgnoringCase(pilot.MenuText, std::to_string(pilot.Choice) + option);
+    fmt::memory_buffer words;
+    Fill(words, station, pilot, label);
+    fmt::memory_buffer option;
+    fmt::format_to(fmt::appender(option), "{}", pilot.Choice);
+    option.append(words);
+    return ContainsIgnoringCase(pilot.MenuText, {option.data(), option.size()});
 }
 
 void ActOnChoice(Station& station, PlayerRecord& pilot, std::span<const MenuRow> rows) {

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "station/spare_list.h"
+#include "station/terrain_index.h"
+#include "station/traffic_index.h"
 
 /// The shared model of a running station. Everything in it belongs to one thread: every operation that
 /// takes a Station is called from the handlers of that thread alone, one handler at a time.
@@ -177,8 +179,14 @@ struct Station {
     std::string TextBefore;
     std::vector<std::int32_t> Audience;
 
-    // Scratch of the radar services, for the same reason: a text being built or compared with, the name of
-    // a leg, and a phrase looked for.
+    // What makes the searches of the tick quick. Players, positions and mountains stand still during a pass
+    // over the players, so the two indexes live for one pass; outside of one, nobody relies on them.
+    bool PassInProgress = false;
+    TrafficIndex Traffic;
+    mutable TerrainIndex Terrain;
+
+    // Scratch of the radar services, kept like that of the tick: a text being built or compared with, the
+    // name of a leg, and a phrase looked for.
     std::string Line;
     std::string LegName;
     std::string Phrase;

@@ -12,9 +12,10 @@ namespace corvenna {
 
 /// Writes a text with its placeholders filled in: {callsign}, {airport}, {runway} and {tower} always, others
 /// as named arguments (fmt::arg). The memory of `into` is used again, so a text rewritten each second costs
-/// no allocation. `into` must not be among the values. Station's thread.
-template <class... Named>
-void Fill(std::string& into, const Station& station, const PlayerRecord& pilot, std::string_view text,
+/// no allocation; it is a std::string or a fmt::memory_buffer. `into` must not be among the values. Station's
+/// thread.
+template <class Text, class... Named>
+void Fill(Text& into, const Station& station, const PlayerRecord& pilot, std::string_view text,
           const Named&... named) {
     into.clear();
     fmt::format_to(std::back_inserter(into), fmt::runtime(text), fmt::arg("callsign", pilot.Name),

@@ -29,6 +29,24 @@ void DispatchToService(Station& station, PlayerRecord& pilot, std::span<const Fr
     }
 }
 
+/// For as long as it lives nobody moves: what is found out about positions and terrain holds for all turns.
+class Pass {
+  public:
+    explicit Pass(Station& station) : station_(station) { Set(true); }
+    ~Pass() { Set(false); }
+    Pass(const Pass&) = delete;
+    Pass& operator=(const Pass&) = delete;
+
+  private:
+    void Set(bool inProgress) {
+        station_.PassInProgress = inProgress;
+        station_.Traffic.Forget();
+        station_.Terrain.Forget();
+    }
+
+    Station& station_;
+};
+
 /// A repeat request takes the whole turn: the text without its mark differs from the one with it, and so
 /// goes out again.
 void TakeTurn(Station& station, PlayerRecord& pilot, std::span<const FrequencyService> services) {
@@ -49,6 +67,7 @@ void AtcTimer(Station& station, std::span<const FrequencyService> services, Chat
 }
 
 void ControllerTick(Station& station, std::span<const FrequencyService> services, ChatSender& chat) {
+    const Pass pass(station);
     std::string& before = station.TextBefore;
     for (PlayerRecord& pilot : station.Players.Valid()) {
         if (pilot.Role != Role::Player) continue;
