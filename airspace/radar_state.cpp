@@ -81,10 +81,6 @@ void Wipe(PlayerRecord& pilot) {
     ForgetVectors(pilot);
 }
 
-std::int64_t FeetAboveRunway(const Station& station, const PlayerRecord& pilot) {
-    return std::int64_t{pilot.Altitude} - station.RunwayElevation;
-}
-
 std::int64_t WholeNumber(std::string_view text) {
     constexpr std::int64_t Limit = 1'000'000'000'000;  // room to reckon with the number
     std::int64_t value = 0;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "airspace/height.h"
 #include "station/model.h"
 
 /// The state tables of the radar services as data, and the one walk that runs them.
@@ -54,9 +55,6 @@ void DropTarget(PlayerRecord& pilot);
 
 /// The pilot is as one whom no radar service has seen yet: traffic may be called out to him again.
 void Wipe(PlayerRecord& pilot);
-
-/// Feet above the runway; wide, since altitudes come from peers.
-std::int64_t FeetAboveRunway(const Station& station, const PlayerRecord& pilot);
 
 /// A whole number that stands in a text; 0 for a text that is none.
 std::int64_t WholeNumber(std::string_view text);

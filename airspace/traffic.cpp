@@ -89,8 +89,8 @@ void CallOut(const Station& station, PlayerRecord& pilot, const PlayerRecord& ot
 
 void ScanTraffic(Station& station, PlayerRecord& pilot, std::string_view service) {
     const auto players = station.Players.Valid();
-    const auto candidates =
-        station.PassInProgress ? station.Traffic.Near(players, pilot) : station.Traffic.Everybody(players);
+    const auto candidates = station.TickInProgress ? station.Traffic.Near(players, pilot, station.TicksBegun)
+                                                   : station.Traffic.Everybody(players);
     AdvisedNames advised;
     std::string_view clock;
     for (const std::int32_t place : candidates) {

@@ -9,11 +9,9 @@ namespace corvenna {
 
 bool ChoiceIs(const Station& station, const PlayerRecord& pilot, std::string_view label) {
     if (pilot.Choice == 0) return false;
-    fmt::memory_buffer words;
-    Fill(words, station, pilot, label);
-    fmt::memory_buffer option;
-    fmt::format_to(fmt::appender(option), "{}", pilot.Choice);
-    option.append(words);
+    fmt::memory_buffer option;  // on the stack: a digit that fits nothing is looked up each second
+    fmt::format_to(std::back_inserter(option), "{}", pilot.Choice);
+    FillBehind(option, station, pilot, label);
     return ContainsIgnoringCase(pilot.MenuText, {option.data(), option.size()});
 }
 

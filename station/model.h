@@ -1,5 +1,6 @@
 #pragma once
 
+#include <any>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -175,15 +176,17 @@ struct Station {
     std::int16_t DistanceToRunway = 0;   ///< nautical miles
     std::int16_t BearingFromRunway = 0;  ///< degrees magnetic
 
+    // What is worked out from positions and from the airport stays true from one turn to the next while a
+    // tick is in progress, for no service writes either. Between ticks anything may change.
+    bool TickInProgress = false;
+    std::uint64_t TicksBegun = 0;
+    TrafficIndex Traffic;
+    mutable TerrainIndex Terrain;
+    std::any GroundNotes;  ///< what Ground has worked out so far; see ground/ground_notes.h
+
     // Scratch of the tick, kept so that a tick that sends nothing takes no memory.
     std::string TextBefore;
     std::vector<std::int32_t> Audience;
-
-    // What makes the searches of the tick quick. Players, positions and mountains stand still during a pass
-    // over the players, so the two indexes live for one pass; outside of one, nobody relies on them.
-    bool PassInProgress = false;
-    TrafficIndex Traffic;
-    mutable TerrainIndex Terrain;
 
     // Scratch of the radar services, kept like that of the tick: a text being built or compared with, the
     // name of a leg, and a phrase looked for.

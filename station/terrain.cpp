@@ -84,9 +84,9 @@ class Fan {
 };
 
 void UpdateTerrain(const Station& station) {
-    if (station.PassInProgress && station.Terrain.IsCurrent()) return;
     const auto held = std::min(static_cast<std::size_t>(station.MountainCount), station.Mountains.size());
-    station.Terrain.Update({station.Mountains.data(), held}, station.PassInProgress);
+    station.Terrain.Update({station.Mountains.data(), held},
+                           station.TickInProgress ? station.TicksBegun : TerrainIndex::NoTick);
 }
 
 }  // namespace

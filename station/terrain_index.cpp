@@ -6,8 +6,9 @@
 
 namespace corvenna {
 
-void TerrainIndex::Update(std::span<const GeoPoint> mountains, bool keep) {
-    checked_ = keep;
+void TerrainIndex::Update(std::span<const GeoPoint> mountains, std::uint64_t tick) {
+    if (tick != NoTick && tick == tick_) return;
+    tick_ = tick;
     const auto isSame = [](const Peak& peak, const GeoPoint& mountain) {
         return peak.Latitude == mountain.Latitude && peak.Longitude == mountain.Longitude &&
                peak.Altitude == mountain.Altitude;

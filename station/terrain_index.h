@@ -20,21 +20,16 @@ class TerrainIndex {
         std::int32_t Altitude = 0;
     };
 
-    /// Mountains may change from now on.
-    void Forget() { checked_ = false; }
-
-    /// Whether nothing can have changed since the last Update.
-    bool IsCurrent() const { return checked_; }
-
-    /// Compares the mountains with those sorted last, and sorts them anew if any differs. With keep, they
-    /// are taken to stay as they are until Forget.
-    void Update(std::span<const GeoPoint> mountains, bool keep);
+    /// Compares the mountains with those sorted last, and sorts them anew if any differs. Within one tick
+    /// they are taken to stay as they are: tick is its number from 1, or NoTick between ticks.
+    void Update(std::span<const GeoPoint> mountains, std::uint64_t tick);
+    static constexpr std::uint64_t NoTick = 0;
 
     std::span<const Peak> ByFallingAltitude() const { return byAltitude_; }
 
   private:
-    bool checked_ = false;
-    std::vector<Peak> peaks_;  // in the order of the mountains
+    std::uint64_t tick_ = NoTick;  // in which they were compared
+    std::vector<Peak> peaks_;      // in the order of the mountains
     std::vector<Peak> byAltitude_;
 };
 

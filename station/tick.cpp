@@ -15,6 +15,21 @@ void RemoveSayAgainMarks(std::string& text) {
     }
 }
 
+/// The span in which services may rely on positions and on the airport, ended by an error too.
+class TickSpan {
+  public:
+    explicit TickSpan(Station& station) : station_(station) {
+        ++station_.TicksBegun;
+        station_.TickInProgress = true;
+    }
+    ~TickSpan() { station_.TickInProgress = false; }
+    TickSpan(const TickSpan&) = delete;
+    TickSpan& operator=(const TickSpan&) = delete;
+
+  private:
+    Station& station_;
+};
+
 void DispatchToService(Station& station, PlayerRecord& pilot, std::span<const FrequencyService> services) {
     if (!pilot.TunedFrequency.empty()) {
         for (const FrequencyService& service : services) {
@@ -28,24 +43,6 @@ void DispatchToService(Station& station, PlayerRecord& pilot, std::span<const Fr
         RunFrequencyMenu(station, pilot);
     }
 }
-
-/// For as long as it lives nobody moves: what is found out about positions and terrain holds for all turns.
-class Pass {
-  public:
-    explicit Pass(Station& station) : station_(station) { Set(true); }
-    ~Pass() { Set(false); }
-    Pass(const Pass&) = delete;
-    Pass& operator=(const Pass&) = delete;
-
-  private:
-    void Set(bool inProgress) {
-        station_.PassInProgress = inProgress;
-        station_.Traffic.Forget();
-        station_.Terrain.Forget();
-    }
-
-    Station& station_;
-};
 
 /// A repeat request takes the whole turn: the text without its mark differs from the one with it, and so
 /// goes out again.
@@ -67,7 +64,7 @@ void AtcTimer(Station& station, std::span<const FrequencyService> services, Chat
 }
 
 void ControllerTick(Station& station, std::span<const FrequencyService> services, ChatSender& chat) {
-    const Pass pass(station);
+    const TickSpan span(station);
     std::string& before = station.TextBefore;
     for (PlayerRecord& pilot : station.Players.Valid()) {
         if (pilot.Role != Role::Player) continue;

@@ -56,7 +56,6 @@ std::size_t TrafficIndex::BucketOf(std::uint64_t cell) const {
 
 /// A counting sort by bucket.
 void TrafficIndex::Build(std::span<const PlayerRecord> players) {
-    built_ = true;
     players_ = players.size();
     sorted_ = std::all_of(players.begin(), players.end(), [](const PlayerRecord& player) {
         return IsReasonable(player.Latitude) && IsReasonable(player.Longitude);
@@ -103,8 +102,9 @@ void TrafficIndex::Collect(const SpherePoint& centre, double reach, std::int32_t
 }
 
 std::span<const std::int32_t> TrafficIndex::Near(std::span<const PlayerRecord> players,
-                                                 const PlayerRecord& pilot) {
-    if (!built_ || players_ != players.size()) Build(players);
+                                                 const PlayerRecord& pilot, std::uint64_t tick) {
+    if (tick_ != tick || players_ != players.size()) Build(players);
+    tick_ = tick;
     if (!sorted_ || !IsReasonable(pilot.Latitude) || !IsReasonable(pilot.Longitude))
         return Everybody(players);
     found_.clear();

@@ -29,14 +29,13 @@ class TrafficIndex {
     /// What counts as near: less than 5 whole miles, and less than this height.
     static constexpr std::int64_t NearFeet = 3000;
 
-    /// Positions may change from now on; the next search sorts the players anew.
-    void Forget() { built_ = false; }
+    /// Places in players, rising, of those who can be near the pilot. The first search of a tick sorts the
+    /// players; they must stay where they are for the rest of it. tick is the number of the tick in progress,
+    /// from 1. The answer is valid until the next search.
+    std::span<const std::int32_t> Near(std::span<const PlayerRecord> players, const PlayerRecord& pilot,
+                                       std::uint64_t tick);
 
-    /// Places in players, rising, of those who can be near the pilot. players must be the same, at the same
-    /// positions, in all searches until Forget. The answer is valid until the next search.
-    std::span<const std::int32_t> Near(std::span<const PlayerRecord> players, const PlayerRecord& pilot);
-
-    /// The same answer without an index: everybody.
+    /// The answer between ticks, when nothing can be relied on: everybody.
     std::span<const std::int32_t> Everybody(std::span<const PlayerRecord> players);
 
   private:
@@ -53,7 +52,7 @@ class TrafficIndex {
     void CollectCell(std::uint64_t cell, const SpherePoint& centre, double squaredReach,
                      std::int32_t altitude);
 
-    bool built_ = false;
+    std::uint64_t tick_ = 0;                 // in which the players were sorted
     bool sorted_ = false;                    // false: somebody's position is beyond all reason
     std::size_t players_ = 0;                // how many were sorted
     int bucketBits_ = 0;                     // 2^bucketBits_ buckets

@@ -335,8 +335,8 @@ TEST(RandomPictures, TheFastTerrainSearchFindsWhatThePlainOneFinds) {
             GeoPoint& mountain = s.Mountains[static_cast<std::size_t>(draw.Whole(0, s.MountainCount - 1))];
             mountain.Altitude += draw.Whole(-2000, 2000);
         }
-        s.PassInProgress = draw.OneIn(2);
-        s.Terrain.Forget();
+        s.TickInProgress = draw.OneIn(2);  // another one each time, as far as the search can tell
+        ++s.TicksBegun;
         const auto place = [&] {
             GeoPoint point;
             const bool onMountain = s.MountainCount > 0 && draw.OneIn(6);
@@ -404,8 +404,7 @@ TEST(RandomPictures, PositionsBeyondAllReasonAreSearchedPlainly) {
         pilot.Latitude = latitude;
         pilot.Altitude = 5000;
     }
-    field.S.PassInProgress = true;
-    const auto near = field.S.Traffic.Near(field.S.Players.Valid(), field.S.Players[0]);
+    const auto near = field.S.Traffic.Near(field.S.Players.Valid(), field.S.Players[0], 1);
     EXPECT_EQ(std::vector<std::int32_t>(near.begin(), near.end()), (std::vector<std::int32_t>{0, 1, 2}));
 }
 
