@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "airspace/height.h"
 #include "station/menu.h"
 #include "station/say.h"
 
@@ -64,9 +65,6 @@ inline constexpr std::string_view TuneArtccLabel = "-Tune ARTCC Frequency";
 
 // ---- The limit of 300 ft above the runway. At the limit itself a pilot is low, but not below.
 
-inline std::int64_t FeetAboveRunway(const Station& station, const PlayerRecord& pilot) {
-    return std::int64_t{pilot.Altitude} - station.RunwayElevation;
-}
 inline bool IsLow(const Station& station, const PlayerRecord& pilot) {
     return FeetAboveRunway(station, pilot) <= 300;
 }
