@@ -118,8 +118,7 @@ class AirportDecoder {
     void ReadPosition(std::int64_t record) {
         ReadSecondPosition(record);
         Long(record, position::Altitude);  // not used, but it must be there
-        taxi_.ReferenceLatitude = airport_.Latitude;
-        taxi_.ReferenceLongitude = airport_.Longitude;
+        taxi_.Projection = TaxiProjection(airport_.Latitude, airport_.Longitude);
     }
 
     /// Moves the airport, but not the point that its taxi network hangs on.

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <optional>
 
-#include "station/geometry.h"
 #include "station/numbers.h"
 #include "station/text.h"
 #include "world/facility_layout.h"
@@ -30,11 +29,12 @@ std::string Decimal(std::int32_t number) {
 
 /// The number that a text shows in plain decimal, if it does: no blank, no plus, no leading nought.
 std::optional<std::int32_t> PlainDecimal(std::string_view text) {
+    const bool negative = text.starts_with('-');
+    const std::string_view digits = text.substr(negative ? 1 : 0);
+    if (digits.starts_with('0') && text != "0") return std::nullopt;
     std::int32_t number = 0;
     const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (failure != std::errc{} || end != text.data() + text.size() || Decimal(number) != text) {
-        return std::nullopt;
-    }
+    if (failure != std::errc{} || end != text.data() + text.size()) return std::nullopt;
     return number;
 }
 
@@ -42,20 +42,6 @@ double Metres(const std::uint8_t* word) {
     const double metres = ToSingle(ByteReader::LongAt(word));
     if (!std::isfinite(metres)) throw std::overflow_error("an offset or radius is no number");
     return metres;
-}
-
-double LongitudeAt(const TaxiContext& context, double east) {
-    if (east == 0) return context.ReferenceLongitude;
-    return ProjectMetres(context.ReferenceLatitude, context.ReferenceLongitude, east > 0 ? 90 : 270,
-                         std::abs(east))
-        .Longitude;
-}
-
-double LatitudeAt(const TaxiContext& context, double north) {
-    if (north == 0) return context.ReferenceLatitude;
-    return ProjectMetres(context.ReferenceLatitude, context.ReferenceLongitude, north > 0 ? 0 : 180,
-                         std::abs(north))
-        .Latitude;
 }
 
 // ---- The four lists
@@ -66,8 +52,8 @@ void ReadTaxiPoints(const Sublist& list, const TaxiContext& context, Airport& ai
     const std::uint8_t* element = list.Elements;
     for (TaxiPoint& point : points) {
         point.Kind = ByteReader::LongAt(element + taxi_point::Kind);
-        point.Longitude = LongitudeAt(context, Metres(element + taxi_point::EastOffset));
-        point.Latitude = LatitudeAt(context, Metres(element + taxi_point::NorthOffset));
+        point.Longitude = context.Projection.LongitudeAt(Metres(element + taxi_point::EastOffset));
+        point.Latitude = context.Projection.LatitudeAt(Metres(element + taxi_point::NorthOffset));
         element += taxi_block::PointSize;
     }
 }
@@ -89,8 +75,8 @@ void ReadParkingSpots(const Sublist& list, TaxiContext& context, Airport& airpor
     airport.ParkingSpotCount = list.Count;
     const std::uint8_t* element = list.Elements;
     for (ParkingSpot& spot : spots) {
-        spot.Longitude = LongitudeAt(context, Metres(element + parking_spot::EastOffset));
-        spot.Latitude = LatitudeAt(context, Metres(element + parking_spot::NorthOffset));
+        spot.Longitude = context.Projection.LongitudeAt(Metres(element + parking_spot::EastOffset));
+        spot.Latitude = context.Projection.LatitudeAt(Metres(element + parking_spot::NorthOffset));
         spot.Radius = ToWhole<std::int32_t>(Metres(element + parking_spot::Radius) / MetresPerFoot);
         spot.Name = SpotName(ByteReader::LongAt(element + parking_spot::Packed), context);
         element += taxi_block::SpotSize;

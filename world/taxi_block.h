@@ -6,6 +6,7 @@
 
 #include "world/airport.h"
 #include "world/byte_reader.h"
+#include "world/taxi_projection.h"
 
 namespace corvenna {
 
@@ -31,8 +32,7 @@ class WalkMeter {
 
 /// What the taxi network hangs on, as the records of an airport so far have told it.
 struct TaxiContext {
-    double ReferenceLatitude = 0;          ///< degrees
-    double ReferenceLongitude = 0;         ///< degrees
+    TaxiProjection Projection;             ///< from the airport's reference position
     std::vector<std::string> RunwayNames;  ///< "Runway 16L", ..., in the order of the runway records
     std::string SpotText;                  ///< upper-case text of the parking spot read last
 };

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <limits>
-#include <random>
 
 #include "station/geometry.h"
 #include "world/bgl_builder.h"
@@ -84,37 +83,6 @@ TEST(TaxiPoints, AnOffsetThatIsNoNumberIsDamage) {
          {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
         EXPECT_THAT(WhyDamaged(AtField().TaxiBlock(TaxiBlockBuilder().Points({{1, offset, 0}}).Names({}))),
                     HasSubstr("no number"));
-    }
-}
-
-/// Wherever an airport stands and however far its points are, they come out as the plain projection
-/// gives them, to the last bit.
-TEST(TaxiPoints, AreWhatThePlainProjectionGives) {
-    const std::random_device::result_type seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> anyLatitude(-90, 90), anyLongitude(-180, 180), share(-1, 1);
-    for (int airport = 0; airport < 300; ++airport) {
-        const float reach = airport % 3 == 0 ? 1e7F : airport % 3 == 1 ? 20000 : 1500;
-        std::vector<TaxiBlockBuilder::Point> points;
-        for (int i = 0; i < 200; ++i) {
-            points.push_back(
-                {1, static_cast<float>(share(random)) * reach, static_cast<float>(share(random)) * reach});
-        }
-        const double latitude = airport % 7 == 0 ? 90 - airport / 1000.0 : anyLatitude(random);
-        const double longitude = airport % 11 == 0 ? -180 : anyLongitude(random);
-        const Airport a = Decode(AirportBuilder()
-                                     .Position(latitude, longitude)
-                                     .TaxiBlock(TaxiBlockBuilder().Points(points).Names({})));
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            const auto [kind, east, north] = points[i];
-            ASSERT_EQ(a.TaxiPoints->at(i).Longitude,
-                      ProjectMetres(a.Latitude, a.Longitude, east > 0 ? 90 : 270, std::abs(east)).Longitude)
-                << a.Latitude << ' ' << a.Longitude << ' ' << east;
-            ASSERT_EQ(a.TaxiPoints->at(i).Latitude,
-                      ProjectMetres(a.Latitude, a.Longitude, north > 0 ? 0 : 180, std::abs(north)).Latitude)
-                << a.Latitude << ' ' << a.Longitude << ' ' << north;
-        }
     }
 }
 
