@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "airspace/approach_control.h"
+#include "airspace/artcc_control.h"
 #include "airspace/tower_control.h"
 #include "ground/ground_control.h"
 #include "station/tick.h"
@@ -12,8 +14,8 @@ namespace corvenna {
 inline constexpr std::array<FrequencyService, 4> ControllerServices{{
     {&Station::GroundFrequency, &GroundControl},
     {&Station::TowerFrequency, &TowerControl},
-    {&Station::ApproachFrequency, nullptr},
-    {&Station::ArtccFrequency, nullptr},
+    {&Station::ApproachFrequency, &ApproachControl},
+    {&Station::ArtccFrequency, &ArtccControl},
 }};
 
 }  // namespace corvenna

@@ -73,12 +73,15 @@ void StationWindow::StopMonitoring() {
 }
 
 void StationWindow::Close() {
+    if (!loaded_) return;
     TakeStationDown();
     Unload();
 }
 
-/// The second run of the closing steps, behind a Close, finds the session gone and changes nothing.
+/// The second run of the closing steps, behind a Close, finds the session gone and changes nothing. A window
+/// that is gone closes no more: by then the station may hold the next airport.
 void StationWindow::Unload() {
+    if (!loaded_) return;
     TakeStationDown();
     loaded_ = false;
     Tell(events_.Closed);

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
-#include <iterator>
 
 #include "station/code_page.h"
 
@@ -14,7 +14,11 @@ namespace {
 
 std::string ReadWhole(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
-    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string text;
+    std::array<char, 65536> piece;
+    while (file.read(piece.data(), piece.size()) || file.gcount() > 0) {
+        text.append(piece.data(), static_cast<std::size_t>(file.gcount()));
+    }
     if (!file.is_open() || file.bad()) {
         throw DataFileError(fmt::format("{}: the file can't be read", path.string()));
     }

@@ -10,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "link/direct_play_message.h"
 #include "link/session.h"
 #include "practice/motion.h"
 
@@ -27,11 +28,17 @@ struct Travel {
     Leg To;
 };
 
+/// Waits until a text with these words is addressed to him, or for this long.
+struct Await {
+    std::string Words;
+    std::chrono::milliseconds AtMost;
+};
+
 struct Linger {
     std::chrono::milliseconds Time;
 };
 
-using PilotStep = std::variant<Choose, AskAgain, Travel, Linger>;
+using PilotStep = std::variant<Choose, AskAgain, Await, Travel, Linger>;
 
 /// What a practice pilot is going to do, step by step.
 struct PilotScript {
@@ -78,13 +85,16 @@ class PracticePilot {
     bool Gone() const { return stage_ == Stage::Gone; }
     const AircraftState& Where() const { return aircraft_; }
 
+    /// The last text that was addressed to him; empty before the first.
+    const std::string& StandingText() const { return standingText_; }
+
   private:
     enum class Stage { Waiting, Joining, Flying, Gone };
 
     void Join();
     void EnterRefuseParamsGroup();
     void ReceiveAll(std::chrono::milliseconds now);
-    void Handle(std::int32_t sender, class DirectPlayMessage& message, std::chrono::milliseconds now);
+    void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
     void OnAdmission(std::int32_t admitted);
     void OnText(std::string text, std::chrono::milliseconds now);
     void TellPosition(std::chrono::milliseconds now);
@@ -93,6 +103,7 @@ class PracticePilot {
     bool Acknowledge(std::chrono::milliseconds now);
     bool Done(const Choose& step, std::chrono::milliseconds now);
     bool Done(const AskAgain& step, std::chrono::milliseconds now);
+    bool Done(const Await& step, std::chrono::milliseconds now);
     bool Done(const Travel& step, std::chrono::milliseconds now);
     bool Done(const Linger& step, std::chrono::milliseconds now);
     bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);
@@ -106,8 +117,8 @@ class PracticePilot {
     Stage stage_ = Stage::Waiting;
     std::int32_t id_ = 0;
     AircraftState aircraft_;
-    std::string standingText_;  ///< the last one addressed to him
-    bool answered_ = false;     ///< whether he has typed something since
+    std::string standingText_;
+    bool answered_ = false;  ///< whether he has typed something since
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};

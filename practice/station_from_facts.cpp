@@ -52,7 +52,7 @@ std::string CentreNearby(const PracticeAirport& airport, const std::vector<Pract
     for (const PracticeAirport& other : neighbours) {
         const bool inside = other.Latitude < north && other.Latitude > south && other.Longitude < east &&
                             other.Longitude > west;
-        const std::string centre = LabelOf(other, PracticeRadio::Kind::Centre);
+        std::string centre = LabelOf(other, PracticeRadio::Kind::Centre);
         if (inside && other.Name != airport.Name && !centre.empty()) return centre;
     }
     return {};

@@ -1,8 +1,9 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
+#include <cmath>
 #include <iostream>
+#include <stdexcept>
 
 #include "practice/magnetic_field.h"
 #include "practice/station_from_facts.h"
@@ -46,7 +47,9 @@ void AddOptions(CLI::App& app, Options& options) {
         ->capture_default_str();
     app.add_option("--callsign", options.Callsign, "The controller's name in the session")
         ->default_str("CODE_Controller");
-    app.add_option("--pilot", options.Person, "Your own callsign")->capture_default_str();
+    app.add_option("--pilot", options.Person, "Your own callsign")
+        ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
+        ->capture_default_str();
     app.add_option("--data", options.Data, "Folder of the data files");
     app.add_flag("--list-airports", options.ListAirports, "List the airports, and end");
     app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
@@ -57,6 +60,7 @@ void ListAirports(const std::vector<PracticeAirport>& airports) {
     for (const PracticeAirport& airport : airports) {
         std::cout << fmt::format("{:<5} {}\n", airport.Code, CodePageToUtf8(airport.Name));
     }
+    if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
 void Control(const Options& options, const std::filesystem::path& data,

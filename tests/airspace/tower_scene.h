@@ -93,4 +93,14 @@ inline constexpr std::string_view Ground = "121.9";
 inline constexpr std::string_view ApproachLabel = "124.2";
 inline constexpr std::string_view Artcc = "Air Route Traffic Control Center";
 
+inline constexpr std::uint8_t BothRules[] = {Vfr, Ifr};
+
+/// The pilot still has the Tower's frequency.
+inline Outcome OnTowerWith(std::string_view text, std::string_view phase, int rules) {
+    return {std::string(text), std::string(phase), std::string(Tower), rules};
+}
+
+/// The pilot is out of the Tower's hands, with last words.
+inline Outcome Terminated(std::string_view text) { return {std::string(text), "", "", Vfr}; }
+
 }  // namespace corvenna

@@ -103,7 +103,7 @@ class PlainWalk {
     bool Visited(int x) { return At(x == 0 ? 360 : x) == walk_; }
 
   private:
-    int& At(int heading) { return lastWalk_[static_cast<std::size_t>(heading + 32768)]; }
+    int& At(int heading) { return lastWalk_[static_cast<std::size_t>(heading) + 32768]; }
 
     std::vector<int> lastWalk_ = std::vector<int>(65536);
     int walk_ = 0;

@@ -23,7 +23,7 @@ auto Is(int wanted) {
     return [wanted](int element) { return element == wanted; };
 }
 
-auto IsOneOf(std::vector<int> wanted) {
+auto IsOneOf(const std::vector<int>& wanted) {
     return [wanted](int element) { return std::find(wanted.begin(), wanted.end(), element) != wanted.end(); };
 }
 

@@ -14,10 +14,18 @@ namespace corvenna {
 
 namespace {
 
+/// Whoever starts a program so that it ignores the loss of its terminal wants it to run on.
+bool HangupIsIgnored() {
+    struct sigaction action {};
+    return sigaction(SIGHUP, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 sigset_t StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    if (!HangupIsIgnored()) sigaddset(&signals, SIGHUP);
     return signals;
 }
 
@@ -27,11 +35,14 @@ PosixTerminal::PosixTerminal() {
     const sigset_t signals = StopSignals();
     signals_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     if (signals_ < 0) throw std::system_error(errno, std::generic_category(), "signals can't be received");
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    sigprocmask(SIG_BLOCK, &signals, &maskBefore_);
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-PosixTerminal::~PosixTerminal() { close(signals_); }
+PosixTerminal::~PosixTerminal() {
+    close(signals_);
+    sigprocmask(SIG_SETMASK, &maskBefore_, nullptr);
+}
 
 std::chrono::milliseconds PosixTerminal::Now() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_);
@@ -44,14 +55,15 @@ TerminalInput PosixTerminal::Wait(std::chrono::milliseconds atMost) {
         throw std::system_error(errno, std::generic_category(), "the terminal can't be waited for");
     }
     TerminalInput input;
-    input.StopAsked = sources[0].revents != 0;
+    signalfd_siginfo signal;
+    input.StopAsked = read(signals_, &signal, sizeof signal) > 0;
     if (!endOfInput_ && sources[1].revents != 0) ReadInput(input);
     return input;
 }
 
 /// An input that fails has ended.
 void PosixTerminal::ReadInput(TerminalInput& input) {
-    std::array<char, 4096> buffer;
+    std::array<char, 4096> buffer{};
     const ssize_t size = read(STDIN_FILENO, buffer.data(), buffer.size());
     if (size < 0 && (errno == EINTR || errno == EAGAIN)) return;
     if (size <= 0) {

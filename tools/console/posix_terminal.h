@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
 
@@ -26,6 +27,7 @@ class PosixTerminal final : public Terminal {
 
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     int signals_ = -1;
+    sigset_t maskBefore_{};
     bool endOfInput_ = false;
     std::string pending_;  ///< what has been typed of the line in hand
 };

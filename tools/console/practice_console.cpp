@@ -43,6 +43,7 @@ PracticeConsole::PracticeConsole(Station station, const PracticeParty& party, Ra
     Join(party);
     window_.Load();
     window_.StartMonitoring();
+    LetPersonIn();
     PrintOpening();
 }
 
@@ -53,17 +54,35 @@ PracticeConsole::~PracticeConsole() {
 void PracticeConsole::Step(std::chrono::milliseconds now) {
     now_ = now;
     try {
-        host_.Step();
-        person_.Step(now);
-        traffic_.Step(now);
-        timers_.Run(now);
+        RunTraffic();
+        timers_.Run(now_);
     } catch (...) {
         if (window_.Loaded()) window_.Close();
         throw;
     }
 }
 
-void PracticeConsole::Type(std::string_view line) { person_.Say(Utf8ToCodePage(line)); }
+void PracticeConsole::RunTraffic() {
+    try {
+        host_.Step();
+        person_.Step(now_);
+        SayTypedLine();
+        traffic_.Step(now_);
+    } catch (const std::exception& error) {
+        throw HandlerError(fmt::format("the practice traffic failed: {}", error.what()));
+    }
+}
+
+void PracticeConsole::Type(std::string_view line) {
+    if (typed_.size() < MostLinesWaiting) typed_.push_back(Utf8ToCodePage(line));
+}
+
+void PracticeConsole::SayTypedLine() {
+    if (typed_.empty() || person_.StandingText().empty() || now_ < nextTyping_) return;
+    person_.Say(typed_.front());
+    typed_.pop_front();
+    nextTyping_ = now_ + TypingInterval;
+}
 
 void PracticeConsole::Leave() {
     if (window_.Loaded()) window_.Close();
@@ -104,6 +123,14 @@ bool PracticeConsole::Admitted() {
         }
     }
     return false;
+}
+
+/// So that nothing he types is lost.
+void PracticeConsole::LetPersonIn() {
+    person_.Step(now_);
+    host_.Step();
+    person_.Step(now_);
+    if (!person_.InSession()) throw SessionError(fmt::format("the host has not admitted {}", person_.Name()));
 }
 
 void PracticeConsole::PrintOpening() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <memory>
 #include <set>
 #include <string>
@@ -28,6 +29,9 @@ struct PracticeParty {
 /// with the time since the start. One thread.
 class PracticeConsole final : private OperatorDesk {
   public:
+    static constexpr std::chrono::milliseconds TypingInterval{2000};
+    static constexpr std::size_t MostLinesWaiting = 100;  ///< more than that typed ahead is dropped
+
     /// station: with the fields of its airport filled. The controller is in the session and monitors when
     /// the constructor returns. Throws SessionError.
     PracticeConsole(Station station, const PracticeParty& party, RadioPrinter& printer);
@@ -39,7 +43,9 @@ class PracticeConsole final : private OperatorDesk {
     /// the session, then it is thrown.
     void Step(std::chrono::milliseconds now);
 
-    /// What the person at the keyboard types, in UTF-8.
+    /// What the person at the keyboard types, in UTF-8. It is said once the controller has welcomed him, and
+    /// at most every TypingInterval, so that a script on standard input works like a person: a digit before
+    /// the welcome would spoil it, and of two digits between two ticks only the later one counts.
     void Type(std::string_view line);
 
     /// Leaves the session and prints what was done in all. The second call does nothing.
@@ -57,6 +63,9 @@ class PracticeConsole final : private OperatorDesk {
   private:
     void Join(const PracticeParty& party);
     bool Admitted();
+    void LetPersonIn();
+    void RunTraffic();
+    void SayTypedLine();
     std::vector<StationTimer> Timers();
     void NotePilotsUnderService();
     void PrintOpening();
@@ -71,6 +80,8 @@ class PracticeConsole final : private OperatorDesk {
     std::set<std::string, std::less<>> served_;
     std::size_t textsSent_ = 0;
     bool totalsPrinted_ = false;
+    std::deque<std::string> typed_;
+    std::chrono::milliseconds nextTyping_{0};
 
     MemoryNetwork network_;
     Station station_;

@@ -10,7 +10,7 @@ namespace corvenna {
 
 namespace {
 
-constexpr std::string_view Plain = "";
+constexpr std::string_view Plain;
 constexpr std::string_view Bold = "\x1b[1m";
 constexpr std::string_view Cyan = "\x1b[36m";
 constexpr std::string_view Dim = "\x1b[2m";
