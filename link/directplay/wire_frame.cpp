@@ -20,9 +20,9 @@ bool HasSignature(ByteSpan frame) {
     return frame.size() >= HeaderSize + EnvelopeSize && WordAt(frame, HeaderSize) == Signature;
 }
 
-std::uint16_t HeaderPort(ByteSpan frame) { return ByteReader(frame).At(6).BigEndianU16(); }
-
 }  // namespace
+
+std::uint16_t SenderPort(ByteSpan frame) { return ByteReader(frame).At(6).BigEndianU16(); }
 
 std::size_t FrameSize(std::uint32_t firstWord) {
     const std::uint32_t token = firstWord >> 20;
@@ -35,16 +35,16 @@ std::size_t FrameSize(std::uint32_t firstWord) {
 }
 
 Incoming SortFrame(ByteSpan frame) {
-    if (HasSignature(frame)) return {Incoming::Kind::System, HeaderPort(frame), frame.subspan(HeaderSize)};
+    if (HasSignature(frame)) return {Incoming::Kind::System, SenderPort(frame), frame.subspan(HeaderSize)};
     if (frame.size() < HeaderSize + PlayerIdsSize) throw WireError("a frame without a message");
-    return {Incoming::Kind::Player, HeaderPort(frame), frame.subspan(HeaderSize)};
+    return {Incoming::Kind::Player, SenderPort(frame), frame.subspan(HeaderSize)};
 }
 
 Incoming SortDatagram(ByteSpan datagram) {
     if (HasSignature(datagram)) {
         const std::uint32_t firstWord = WordAt(datagram, 0);
         if (firstWord >> 20 == RemoteToken && (firstWord & MaxFrameSize) == datagram.size()) {
-            return {Incoming::Kind::System, HeaderPort(datagram), datagram.subspan(HeaderSize)};
+            return {Incoming::Kind::System, SenderPort(datagram), datagram.subspan(HeaderSize)};
         }
     }
     if (datagram.size() < PlayerIdsSize) throw WireError("a datagram without a message");

@@ -26,6 +26,9 @@ inline constexpr std::uint32_t Signature = 0x79616C70;  // "play"
 /// frame has.
 std::size_t FrameSize(std::uint32_t firstWord);
 
+/// The listening port in the header of a whole frame.
+std::uint16_t SenderPort(ByteSpan frame);
+
 /// A message as found in a frame or a datagram. Body belongs to the bytes it was found in.
 struct Incoming {
     enum class Kind { System, Player };
