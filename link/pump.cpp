@@ -20,7 +20,7 @@ constexpr std::string_view RemovedByHost =
 
 /// The message in hand.
 struct Incoming {
-    std::int32_t Sender;
+    std::int32_t Sender = 0;
     MessageHeader Header;
     DirectPlayMessage& Message;
 };

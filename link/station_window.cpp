@@ -49,6 +49,10 @@ void StationWindow::Load() {
     console_.ConnectionTimer = true;
     console_.RefreshPlayers = true;
     ClearTraffic(station_);
+    for (GeoPoint* fix : {&station_.LeftDownwindFix, &station_.RightDownwindFix, &station_.LeftBaseFix,
+                          &station_.RightBaseFix, &station_.FinalFix}) {
+        *fix = GeoPoint{};  // those of an earlier station must not steer anybody here
+    }
     loaded_ = true;
     Tell(events_.Repaint);
 }
@@ -73,12 +77,15 @@ void StationWindow::StopMonitoring() {
 }
 
 void StationWindow::Close() {
+    if (!loaded_) return;
     TakeStationDown();
     Unload();
 }
 
-/// The second run of the closing steps, behind a Close, finds the session gone and changes nothing.
+/// The second run of the closing steps, behind a Close, finds the session gone and changes nothing. A window
+/// that is gone closes no more: by then the station may hold the next airport.
 void StationWindow::Unload() {
+    if (!loaded_) return;
     TakeStationDown();
     loaded_ = false;
     Tell(events_.Closed);

@@ -54,7 +54,7 @@ class StationWindow {
     void StartMonitoring();  ///< Command2
     void StopMonitoring();   ///< Command1
     void Close();            ///< Command3
-    void Unload();           ///< the window's close box; also the end of Close
+    void Unload();           ///< the window's close box; also the end of Close. Both do nothing unless loaded
 
     /// The bodies of the timers, run by their owner when due and enabled. The pump says why its pass
     /// failed; the other two throw.

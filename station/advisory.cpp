@@ -33,15 +33,18 @@ constexpr std::string_view AdvisoryMenu =
 
 /// Found in every text that carries the menu, an announcement included.
 constexpr std::string_view StandingMenu =
-    "Choose one of the following options for the Advisory frequency (CTAF{}):";
+    "Choose one of the following options for the Advisory frequency (CTAF{}{}):";
+
+std::string_view Hyphen(const Station& station) { return station.CtafFrequency.empty() ? "" : " - "; }
 
 std::string FrequencyTag(const Station& station) {
-    return station.CtafFrequency.empty() ? "" : " - " + station.CtafFrequency;
+    return std::string(Hyphen(station)) + station.CtafFrequency;
 }
 
 bool MenuStands(const Station& station, const PlayerRecord& pilot) {
-    fmt::memory_buffer standing;
-    fmt::format_to(std::back_inserter(standing), fmt::runtime(StandingMenu), FrequencyTag(station));
+    fmt::memory_buffer standing;  // on the stack: it is asked for each second
+    fmt::format_to(std::back_inserter(standing), fmt::runtime(StandingMenu), Hyphen(station),
+                   station.CtafFrequency);
     return ContainsIgnoringCase(pilot.MenuText, {standing.data(), standing.size()});
 }
 

@@ -20,9 +20,6 @@ std::string_view TakeWhile(std::string_view& text, Fits fits) {
     return taken;
 }
 
-/// Cuts digits off the front of a text and says whether there were any.
-bool TakeDigits(std::string_view& text) { return !TakeWhile(text, IsDigit).empty(); }
-
 }  // namespace
 
 char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -64,17 +61,20 @@ std::optional<std::uint8_t> ReadReplyNumber(std::string_view text) {
     if (negative || text.starts_with('+')) text.remove_prefix(1);
 
     const std::string_view digits = text;
-    if (!TakeDigits(text)) return std::nullopt;
+    const std::string_view wholePart = TakeWhile(text, IsDigit);
+    if (wholePart.empty()) return std::nullopt;
     if (text.starts_with('.')) {
         text.remove_prefix(1);
-        if (!TakeDigits(text)) return std::nullopt;
+        if (TakeWhile(text, IsDigit).empty()) return std::nullopt;
     }
     if (!text.empty()) return std::nullopt;
 
     double value = 0;
     const auto read =
         std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed);
-    if (read.ec != std::errc{}) return std::nullopt;  // hundreds of digits
+    // With hundreds of digits a number can be too large for a double, or too small: then value stays 0.
+    const bool belowOne = wholePart.find_first_not_of('0') == std::string_view::npos;
+    if (read.ec != std::errc{} && !belowOne) return std::nullopt;
     const double whole = RoundHalfEven(negative ? -value : value);
     if (whole < 0 || whole > 255) return std::nullopt;
     return static_cast<std::uint8_t>(whole);

@@ -1,0 +1,182 @@
+#include "practice/practice_pilot.h"
+
+#include <algorithm>
+
+#include "link/fs_messages.h"
+#include "practice/menu_reader.h"
+
+namespace corvenna {
+
+namespace {
+
+constexpr std::int32_t Everybody = 0;
+constexpr std::string_view FormalName = "Player";
+constexpr std::string_view AcknowledgeLabel = "Acknowledge";
+constexpr std::string_view SayAgainReply = "R";
+
+}  // namespace
+
+PracticePilot::PracticePilot(std::unique_ptr<Session> session, std::string sessionName,
+                             std::string airportCode, PilotScript script, PilotEvents events)
+    : session_(std::move(session)),
+      sessionName_(std::move(sessionName)),
+      airportCode_(std::move(airportCode)),
+      script_(std::move(script)),
+      events_(std::move(events)),
+      aircraft_(script_.Start) {}
+
+void PracticePilot::Step(std::chrono::milliseconds now) {
+    if (stage_ == Stage::Gone || now < script_.ArrivesAt) return;
+    if (stage_ == Stage::Waiting) {
+        Join();
+        stepBegan_ = lastRun_ = positionDue_ = now;
+    }
+    ReceiveAll(now);
+    if (stage_ == Stage::Flying) {
+        TellPosition(now);
+        RunScript(now);
+    }
+    lastRun_ = now;
+}
+
+void PracticePilot::Say(std::string_view text) {
+    if (stage_ != Stage::Flying) return;
+    session_->Send(id_, Everybody, WriteChat(text));
+    answered_ = true;
+    if (events_.Said) events_.Said(script_.Name, text);
+}
+
+void PracticePilot::Leave() {
+    if (stage_ == Stage::Joining || stage_ == Stage::Flying) {
+        session_->DestroyPlayer(id_);
+        session_->Close();
+    }
+    stage_ = Stage::Gone;
+}
+
+void PracticePilot::Join() {
+    const auto sessions = session_->GetDPEnumSessions({});
+    const auto found = std::find_if(sessions.begin(), sessions.end(),
+                                    [&](const SessionRecord& s) { return s.SessionName == sessionName_; });
+    if (found == sessions.end()) throw SessionError("there is no session \"" + sessionName_ + "\" to join");
+    session_->Open(*found, OpenMode::Join);
+    id_ = session_->CreatePlayer(script_.Name, std::string(FormalName));
+    stage_ = Stage::Joining;
+    session_->Send(id_, Everybody, WriteEmpty(MessageId::RequestJoinAsPlayer));
+}
+
+void PracticePilot::ReceiveAll(std::chrono::milliseconds now) {
+    DirectPlayMessage message;
+    while (stage_ != Stage::Gone && session_->GetMessageCount(id_) > 0) {
+        const Envelope envelope = session_->Receive(message);
+        try {
+            Handle(envelope.From, message, now);
+        } catch (const MessageError&) {
+            continue;  // somebody sent less than he should have
+        }
+    }
+}
+
+void PracticePilot::Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now) {
+    const MessageHeader header = ReadHeader(message);
+    switch (header.Id) {
+        case MessageId::AdmitPlayer:
+            if (stage_ == Stage::Joining) OnAdmission(message.ReadLong());
+            break;
+        case MessageId::RefusePlayer:
+        case MessageId::Removed:
+            Leave();
+            break;
+        case MessageId::WhoAreYou:
+            session_->Send(id_, sender, WriteAdmission(MessageId::AdmitPlayer, id_));
+            break;
+        case MessageId::AskAircraft:
+            session_->Send(id_, sender, WriteAircraft(script_.Aircraft));
+            break;
+        case MessageId::Chat:
+            if (header.PayloadSize > 1) OnText(ReadChat(message, header.PayloadSize), now);
+            break;
+        default:
+            break;
+    }
+}
+
+void PracticePilot::OnAdmission(std::int32_t admitted) {
+    if (admitted != id_) return;
+    EnterRefuseParamsGroup();
+    stage_ = Stage::Flying;
+    session_->Send(id_, Everybody, WriteAdmission(MessageId::AdmitPlayer, id_));
+}
+
+void PracticePilot::EnterRefuseParamsGroup() {
+    for (const SessionMember& group : session_->GetDPEnumGroups()) {
+        if (group.ShortName == RefuseParamsGroup) session_->AddPlayerToGroup(group.Id, id_);
+    }
+}
+
+void PracticePilot::OnText(std::string text, std::chrono::milliseconds now) {
+    if (events_.Heard) events_.Heard(script_.Name, text);
+    if (!IsAddressedTo(text, script_.Name)) return;
+    standingText_ = std::move(text);
+    heardAt_ = now;
+    answered_ = false;
+}
+
+void PracticePilot::TellPosition(std::chrono::milliseconds now) {
+    if (now < positionDue_) return;
+    positionDue_ = now + PositionInterval;
+    session_->Send(id_, Everybody,
+                   WritePosition(PackPosition(aircraft_.Latitude, aircraft_.Longitude, aircraft_.AltitudeFeet,
+                                              aircraft_.HeadingTrue)));
+}
+
+// ---- The script
+
+void PracticePilot::RunScript(std::chrono::milliseconds now) {
+    if (nextStep_ == script_.Steps.size()) {
+        if (!script_.Stays) Leave();
+        return;
+    }
+    if (Acknowledge(now)) return;
+    if (!std::visit([&](const auto& step) { return Done(step, now); }, script_.Steps[nextStep_])) return;
+    ++nextStep_;
+    stepAnswered_ = false;
+    stepBegan_ = now;
+}
+
+/// An instruction is acknowledged whatever the script says next.
+bool PracticePilot::Acknowledge(std::chrono::milliseconds now) {
+    if (answered_ || now - heardAt_ < ThinkingTime) return false;
+    const auto reply = ReplyFor(standingText_, AcknowledgeLabel, airportCode_);
+    if (reply) Say(*reply);
+    return reply.has_value();
+}
+
+bool PracticePilot::Done(const Choose& step, std::chrono::milliseconds now) {
+    return AnswerTaken(ReplyFor(standingText_, step.Label, airportCode_), now);
+}
+
+bool PracticePilot::Done(const AskAgain& /*step*/, std::chrono::milliseconds now) {
+    return AnswerTaken(standingText_.empty() ? std::nullopt : std::optional<std::string>(SayAgainReply), now);
+}
+
+bool PracticePilot::Done(const Travel& step, std::chrono::milliseconds now) {
+    return Advance(aircraft_, step.To, now - lastRun_);
+}
+
+bool PracticePilot::Done(const Linger& step, std::chrono::milliseconds now) {
+    return now - stepBegan_ >= step.Time;
+}
+
+/// Types the reply once he has had time to think, and is done when he hears the next text.
+bool PracticePilot::AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now) {
+    if (now - stepBegan_ >= Patience) return true;
+    if (stepAnswered_) return !answered_;
+    if (!answered_ && reply && now - heardAt_ >= ThinkingTime) {
+        Say(*reply);
+        stepAnswered_ = true;
+    }
+    return false;
+}
+
+}  // namespace corvenna

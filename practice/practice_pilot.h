@@ -1,0 +1,123 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "link/direct_play_message.h"
+#include "link/session.h"
+#include "practice/motion.h"
+
+namespace corvenna {
+
+/// Picks the option of this label, without number and hyphen, as soon as he is offered it.
+struct Choose {
+    std::string Label;
+};
+
+/// Asks for the text that stands to be said again.
+struct AskAgain {};
+
+struct Travel {
+    Leg To;
+};
+
+struct Linger {
+    std::chrono::milliseconds Time;
+};
+
+using PilotStep = std::variant<Choose, AskAgain, Travel, Linger>;
+
+/// What a practice pilot is going to do, step by step.
+struct PilotScript {
+    std::string Name;      ///< his callsign
+    std::string Aircraft;  ///< as his simulator tells it
+    AircraftState Start;
+    std::chrono::milliseconds ArrivesAt{0};
+    std::vector<PilotStep> Steps;
+    bool Stays = false;  ///< whether he stays when the script is done; otherwise he leaves the session
+};
+
+/// Heard and said by one pilot; either may be missing.
+struct PilotEvents {
+    std::function<void(std::string_view name, std::string_view text)> Heard;
+    std::function<void(std::string_view name, std::string_view text)> Said;
+};
+
+/// A participant of a session who behaves like a simulator with a pilot in it: asks to be admitted,
+/// introduces himself, tells his position, and goes through his script. He never waits: Step is called with
+/// the time as often as one likes. Whatever is not in his script he acknowledges. All on the station's
+/// thread.
+class PracticePilot {
+  public:
+    /// The time from hearing a text to typing the answer.
+    static constexpr std::chrono::milliseconds ThinkingTime{2000};
+    /// How long he waits to be offered an option, or to be answered, before he goes on without.
+    static constexpr std::chrono::milliseconds Patience{20000};
+    static constexpr std::chrono::milliseconds PositionInterval{1000};
+
+    /// The session is not open yet: he joins the first one that it offers under this name.
+    PracticePilot(std::unique_ptr<Session> session, std::string sessionName, std::string airportCode,
+                  PilotScript script, PilotEvents events = {});
+
+    /// All that is to be done by this time. Throws what the session layer throws.
+    void Step(std::chrono::milliseconds now);
+
+    /// Types a text, besides his script. Nothing happens while he is not in the session.
+    void Say(std::string_view text);
+
+    void Leave();
+
+    const std::string& Name() const { return script_.Name; }
+    bool InSession() const { return stage_ == Stage::Flying; }
+    bool Gone() const { return stage_ == Stage::Gone; }
+    const AircraftState& Where() const { return aircraft_; }
+
+    /// The last text that was addressed to him; empty before the first.
+    const std::string& StandingText() const { return standingText_; }
+
+  private:
+    enum class Stage { Waiting, Joining, Flying, Gone };
+
+    void Join();
+    void EnterRefuseParamsGroup();
+    void ReceiveAll(std::chrono::milliseconds now);
+    void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
+    void OnAdmission(std::int32_t admitted);
+    void OnText(std::string text, std::chrono::milliseconds now);
+    void TellPosition(std::chrono::milliseconds now);
+    void RunScript(std::chrono::milliseconds now);
+
+    bool Acknowledge(std::chrono::milliseconds now);
+    bool Done(const Choose& step, std::chrono::milliseconds now);
+    bool Done(const AskAgain& step, std::chrono::milliseconds now);
+    bool Done(const Travel& step, std::chrono::milliseconds now);
+    bool Done(const Linger& step, std::chrono::milliseconds now);
+    bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);
+
+    std::unique_ptr<Session> session_;
+    std::string sessionName_;
+    std::string airportCode_;
+    PilotScript script_;
+    PilotEvents events_;
+
+    Stage stage_ = Stage::Waiting;
+    std::int32_t id_ = 0;
+    AircraftState aircraft_;
+    std::string standingText_;
+    bool answered_ = false;  ///< whether he has typed something since
+    std::size_t nextStep_ = 0;
+    bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
+    std::chrono::milliseconds heardAt_{0};
+    std::chrono::milliseconds stepBegan_{0};
+    std::chrono::milliseconds lastRun_{0};
+    std::chrono::milliseconds positionDue_{0};
+};
+
+}  // namespace corvenna

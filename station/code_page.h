@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The one place where texts change between the program's 8-bit code page, Windows-1252, and Unicode, in
+/// which people read and type them. Pure functions, any thread.
+namespace corvenna {
+
+/// For the screen. The five bytes without a character become those of the same number, as Windows does it.
+std::string CodePageToUtf8(std::string_view bytes);
+
+/// From the keyboard. What the code page has no character for, and what is no UTF-8, becomes "?".
+std::string Utf8ToCodePage(std::string_view utf8);
+
+}  // namespace corvenna

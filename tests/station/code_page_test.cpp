@@ -1,0 +1,66 @@
+#include "station/code_page.h"
+
+#include <gtest/gtest.h>
+
+namespace corvenna {
+namespace {
+
+TEST(CodePage, PlainLettersStay) {
+    EXPECT_EQ(CodePageToUtf8("KSEA, 1-VFR"), "KSEA, 1-VFR");
+    EXPECT_EQ(Utf8ToCodePage("KSEA, 1-VFR"), "KSEA, 1-VFR");
+}
+
+TEST(CodePage, UmlautsHaveTheNumberOfTheirCharacter) {
+    EXPECT_EQ(CodePageToUtf8("Z\xFCrich"), "Z\xC3\xBCrich");
+    EXPECT_EQ(Utf8ToCodePage("Z\xC3\xBCrich"), "Z\xFCrich");
+}
+
+TEST(CodePage, TheEuroSignStandsAt80h) {
+    EXPECT_EQ(CodePageToUtf8("\x80"), "\xE2\x82\xAC");
+    EXPECT_EQ(Utf8ToCodePage("\xE2\x82\xAC"), "\x80");
+}
+
+TEST(CodePage, EveryByteComesBack) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string text(1, static_cast<char>(byte));
+        EXPECT_EQ(Utf8ToCodePage(CodePageToUtf8(text)), text) << byte;
+    }
+}
+
+TEST(CodePage, ACharacterOutsideItBecomesAQuestionMark) {
+    EXPECT_EQ(Utf8ToCodePage("a\xE4\xB8\xAD"
+                             "b"),
+              "a?b");
+    EXPECT_EQ(Utf8ToCodePage("a\xF0\x9F\x9B\xA9"
+                             "b"),
+              "a?b");
+    EXPECT_EQ(Utf8ToCodePage("\xC4\x80"), "?");
+}
+
+TEST(CodePage, AControlCharacterThatThePageReplacesIsNoByteOfIt) {
+    EXPECT_EQ(Utf8ToCodePage("\xC2\x80"), "?");
+    EXPECT_EQ(Utf8ToCodePage("\xC2\x81"), "\x81");
+}
+
+TEST(CodePage, BrokenUtf8CostsNoMoreThanItsBytes) {
+    EXPECT_EQ(Utf8ToCodePage("\xFC"
+                             "1"),
+              "?1");                              // a byte of the code page itself
+    EXPECT_EQ(Utf8ToCodePage("\xC3"), "?");       // ends too early
+    EXPECT_EQ(Utf8ToCodePage("\xE2\x82"), "??");  // ends too early
+    EXPECT_EQ(Utf8ToCodePage("\xC3"
+                             "1"),
+              "?1");                                 // not continued
+    EXPECT_EQ(Utf8ToCodePage("\xC0\x80"), "??");     // a longer form than needed
+    EXPECT_EQ(Utf8ToCodePage("\xE0\x80\x80"), "?");  // likewise, with bytes that go together
+    EXPECT_EQ(Utf8ToCodePage("\x80"), "?");          // continues nothing
+    EXPECT_EQ(Utf8ToCodePage("\xFF\xFE"), "??");
+}
+
+TEST(CodePage, NothingIsNothing) {
+    EXPECT_EQ(CodePageToUtf8(""), "");
+    EXPECT_EQ(Utf8ToCodePage(""), "");
+}
+
+}  // namespace
+}  // namespace corvenna

@@ -1,0 +1,32 @@
+#include "tools/console/data_folder.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+#include <vector>
+
+namespace corvenna {
+
+namespace {
+
+constexpr const char* KnownFile = "practice-airports.json";
+
+}  // namespace
+
+std::filesystem::path FindDataFolder(const std::optional<std::string>& given,
+                                     const std::filesystem::path& programFolder) {
+    std::vector<std::filesystem::path> places;
+    if (given) {
+        places = {*given};
+    } else {
+        places = {programFolder / ".." / "share" / "corvenna", programFolder / "data", CORVENNA_SOURCE_DATA};
+    }
+    std::string looked;
+    for (const auto& place : places) {
+        if (std::filesystem::exists(place / KnownFile)) return place;
+        looked += (looked.empty() ? "" : ", ") + place.string();
+    }
+    throw std::runtime_error(fmt::format("there is no {} in {}", KnownFile, looked));
+}
+
+}  // namespace corvenna

@@ -1,0 +1,39 @@
+#include "tools/console/run_loop.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace corvenna {
+
+namespace {
+
+/// Without blanks at both ends, those of a foreign line end included.
+std::string_view WithoutBlanks(std::string_view line) {
+    constexpr std::string_view Blanks = " \t\r";
+    const auto first = line.find_first_not_of(Blanks);
+    if (first == std::string_view::npos) return {};
+    return line.substr(first, line.find_last_not_of(Blanks) - first + 1);
+}
+
+}  // namespace
+
+void RunPractice(PracticeConsole& practice, Terminal& terminal,
+                 std::optional<std::chrono::milliseconds> length) {
+    while (!practice.Over()) {
+        auto now = terminal.Now();
+        if (length) now = std::min(now, *length);
+        practice.Step(now);
+        if (practice.Over() || (length && now >= *length)) break;
+
+        const auto due = length ? std::min(practice.NextDue(), *length) : practice.NextDue();
+        const TerminalInput input =
+            terminal.Wait(std::max(due - terminal.Now(), std::chrono::milliseconds(0)));
+        for (const std::string& line : input.Lines) {
+            if (const std::string_view text = WithoutBlanks(line); !text.empty()) practice.Type(text);
+        }
+        if (input.StopAsked || (input.EndOfInput && !length)) break;
+    }
+    practice.Leave();
+}
+
+}  // namespace corvenna

@@ -1,0 +1,46 @@
+#include "tools/console/station_timers.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "station/spare_list.h"
+
+namespace corvenna {
+
+StationTimers::StationTimers(std::vector<StationTimer> timers, std::chrono::milliseconds now) {
+    for (StationTimer& timer : timers) {
+        const auto due = now + timer.Interval;
+        entries_.push_back({std::move(timer), due});
+    }
+}
+
+void StationTimers::Run(std::chrono::milliseconds now) {
+    for (Entry& entry : entries_) {
+        if (now < entry.Due) continue;
+        entry.Due += entry.Timer.Interval;
+        if (entry.Due <= now) entry.Due = now + entry.Timer.Interval;
+        if (!entry.Timer.Enabled()) continue;
+        try {
+            entry.Timer.Handle();
+        } catch (const std::exception& error) {
+            throw HandlerError(fmt::format("{} failed: {}", entry.Timer.Name, error.what()));
+        }
+    }
+}
+
+std::chrono::milliseconds StationTimers::NextDue() const {
+    return std::min_element(entries_.begin(), entries_.end(),
+                            [](const Entry& a, const Entry& b) { return a.Due < b.Due; })
+        ->Due;
+}
+
+void RunTick(const std::function<void()>& tick, const std::function<void(std::string_view)>& tellOperator) {
+    try {
+        tick();
+    } catch (const EmptyListError& error) {
+        tellOperator(fmt::format("The rest of this tick was skipped: {}.", error.what()));
+    }
+}
+
+}  // namespace corvenna

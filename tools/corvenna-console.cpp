@@ -1,0 +1,111 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <iostream>
+#include <stdexcept>
+
+#include "practice/magnetic_field.h"
+#include "practice/station_from_facts.h"
+#include "station/code_page.h"
+#include "tools/console/data_folder.h"
+#include "tools/console/posix_terminal.h"
+#include "tools/console/practice_console.h"
+
+namespace {
+
+using namespace corvenna;
+
+constexpr double PracticeYear = 2002.0;
+
+constexpr const char* Examples = R"(Examples:
+  corvenna-console                              Seattle-Tacoma, until Ctrl-C or end of input
+  corvenna-console --airport LOWI --pilots 6    Innsbruck with six practice pilots
+  corvenna-console --minutes 1 < /dev/null      a minute of radio traffic, nobody at the keyboard
+  corvenna-console --list-airports              what can be controlled
+
+While it runs you are a pilot too: answer the welcome with the airport's code and the digit ("KSEA,1"),
+every later menu with its digit, and "R" to hear the last text again.)";
+
+struct Options {
+    std::string Airport = "KSEA";
+    std::string Callsign;
+    std::string Person = "YOU1";
+    std::optional<double> Minutes;
+    std::optional<std::string> Data;
+    int Pilots = 4;
+    bool ListAirports = false;
+    bool NoColour = false;
+};
+
+void AddOptions(CLI::App& app, Options& options) {
+    app.add_option("--airport", options.Airport, "Code of the airport to control")->capture_default_str();
+    app.add_option("--minutes", options.Minutes, "Leave after so many minutes")
+        ->check(CLI::Range(0.0, 100000.0));
+    app.add_option("--pilots", options.Pilots, "Number of practice pilots")
+        ->check(CLI::Range(0, 100))
+        ->capture_default_str();
+    app.add_option("--callsign", options.Callsign, "The controller's name in the session")
+        ->default_str("CODE_Controller");
+    app.add_option("--pilot", options.Person, "Your own callsign")
+        ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
+        ->capture_default_str();
+    app.add_option("--data", options.Data, "Folder of the data files");
+    app.add_flag("--list-airports", options.ListAirports, "List the airports, and end");
+    app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
+    app.footer(Examples);
+}
+
+void ListAirports(const std::vector<PracticeAirport>& airports) {
+    for (const PracticeAirport& airport : airports) {
+        std::cout << fmt::format("{:<5} {}\n", airport.Code, CodePageToUtf8(airport.Name));
+    }
+    if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
+}
+
+void Control(const Options& options, const std::filesystem::path& data,
+             const std::vector<PracticeAirport>& airports) {
+    Station station;
+    const PracticeAirport& airport = FindPracticeAirport(airports, options.Airport);
+    FillStation(station, airport, airports,
+                WholeDegreeTable(MagneticField::Load(data / "igrf.json"), PracticeYear));
+
+    PosixTerminal terminal;
+    RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
+    PracticeConsole practice(std::move(station),
+                             {.Controller = Utf8ToCodePage(options.Callsign),
+                              .Person = Utf8ToCodePage(options.Person),
+                              .Pilots = options.Pilots},
+                             printer);
+    std::optional<std::chrono::milliseconds> length;
+    if (options.Minutes) length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000));
+    RunPractice(practice, terminal, length);
+}
+
+int Fail(std::string_view words) {
+    std::cerr << "corvenna-console: " << words << '\n';
+    return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("An automatic air traffic controller in a practice session within this program.");
+    AddOptions(app, options);
+    try {
+        app.parse(argc, argv);
+        const auto data = FindDataFolder(options.Data, ProgramFolder());
+        const auto airports = LoadPracticeAirports(data / "practice-airports.json");
+        if (options.ListAirports) {
+            ListAirports(airports);
+        } else {
+            Control(options, data, airports);
+        }
+        return 0;
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const std::exception& error) {
+        return Fail(error.what());
+    }
+}

@@ -1,0 +1,36 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "tools/replay/script.h"
+
+namespace {
+
+constexpr int ScriptUnreadable = 2;
+
+constexpr const char* Description =
+    "Drives a whole station from a script, without clock or sockets, and prints what it does.\n"
+    "Script and output are JSON Lines; docs/replay.md tells both.";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string file;
+    CLI::App app(Description);
+    app.add_option("SCRIPT", file, "The script to run")->required();
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : ScriptUnreadable;
+    }
+
+    std::ios::sync_with_stdio(false);
+    try {
+        corvenna::Replay replay(std::cout);
+        corvenna::RunScript(corvenna::ReadScript(file), replay);
+    } catch (const corvenna::ScriptError& error) {
+        std::cout.flush();
+        std::cerr << "corvenna-replay: " << error.what() << '\n';
+        return ScriptUnreadable;
+    }
+    return 0;
+}
