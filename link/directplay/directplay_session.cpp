@@ -7,9 +7,9 @@
 #include <mutex>
 #include <random>
 
-#include "link/directplay/code_page.h"
 #include "link/directplay/interfaces.h"
 #include "link/directplay/socket_network.h"
+#include "station/code_page.h"
 #include "station/numbers.h"
 
 namespace corvenna {
@@ -54,7 +54,7 @@ SessionRecord ToRecord(const FoundSession& found) {
     SessionRecord record;
     record.GuidApplication = GuidText(found.Description.Application);
     record.GuidInstance = GuidText(found.Description.Instance);
-    record.SessionName = ToCodePage(found.Name);
+    record.SessionName = Utf16ToCodePage(found.Name);
     record.MaxPlayers = ToCount(found.Description.MaxPlayers);
     record.CurrentPlayers = ToCount(found.Description.CurrentPlayers);
     record.Flags = found.Description.Flags;
@@ -211,7 +211,7 @@ std::vector<SessionRecord> DirectPlaySession::GetDPEnumSessions(const SessionRec
 SessionSearch::Wanted DirectPlaySession::WhereToAsk(const SessionRecord& wanted) {
     SessionSearch::Wanted where;
     where.Application = ParseGuid(wanted.GuidApplication).value_or(Guid{});
-    where.Password = ToUtf16(wanted.SessionPassword);
+    where.Password = CodePageToUtf16(wanted.SessionPassword);
     where.Flags = options_.EnumerationFlags;
     if (connection_ == ConnectionAddress::ThisComputer) {
         where.Stream = Endpoint{ThisComputer, options_.Sockets.NameServer};
@@ -280,7 +280,8 @@ void DirectPlaySession::Create(const SessionRecord& session) {
     description.MaxPlayers = static_cast<std::uint32_t>(std::max(session.MaxPlayers, 0));
     description.Reserved1 = NewIdKey();
     const bool hosting = Sockets().With([&](Participant& p) {
-        return p.Host(description, ToUtf16(session.SessionName), ToUtf16(session.SessionPassword));
+        return p.Host(description, CodePageToUtf16(session.SessionName),
+                      CodePageToUtf16(session.SessionPassword));
     });
     if (hosting) return;
     live_.reset();
@@ -298,7 +299,7 @@ void DirectPlaySession::Join(const SessionRecord& session) {
     if (found == found_.end()) {
         throw SessionError(fmt::format("there is no session \"{}\" any more", session.SessionName));
     }
-    Sockets().With([&](Participant& p) { p.BeginJoin(*found, ToUtf16(session.SessionPassword)); });
+    Sockets().With([&](Participant& p) { p.BeginJoin(*found, CodePageToUtf16(session.SessionPassword)); });
     FinishRequest(fmt::format("cannot join \"{}\"", session.SessionName));
 }
 
@@ -331,7 +332,9 @@ void DirectPlaySession::Close() {
 // ---- Players and groups
 
 std::int32_t DirectPlaySession::CreatePlayer(const std::string& friendlyName, const std::string& formalName) {
-    Opened().With([&](Participant& p) { p.BeginCreatePlayer(ToUtf16(friendlyName), ToUtf16(formalName)); });
+    Opened().With([&](Participant& p) {
+        p.BeginCreatePlayer(CodePageToUtf16(friendlyName), CodePageToUtf16(formalName));
+    });
     return FinishRequest(fmt::format("cannot create the player \"{}\"", friendlyName));
 }
 
@@ -350,7 +353,7 @@ std::vector<SessionMember> DirectPlaySession::GetDPEnumGroups() {
 }
 
 std::int32_t DirectPlaySession::CreateGroup(const std::string& name) {
-    Opened().With([&](Participant& p) { p.BeginCreateGroup(ToUtf16(name)); });
+    Opened().With([&](Participant& p) { p.BeginCreateGroup(CodePageToUtf16(name)); });
     return FinishRequest(fmt::format("cannot create the group \"{}\"", name));
 }
 

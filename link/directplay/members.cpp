@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "link/directplay/code_page.h"
+#include "station/code_page.h"
 
 namespace corvenna::directplay {
 
@@ -11,7 +11,7 @@ namespace {
 template <class Record>
 void SetNames(Record& record, std::optional<std::u16string> shortName,
               std::optional<std::u16string> longName) {
-    record.Name = ToCodePage(shortName.value_or(u""));
+    record.Name = Utf16ToCodePage(shortName.value_or(u""));
     record.ShortName = std::move(shortName);
     record.LongName = std::move(longName);
 }

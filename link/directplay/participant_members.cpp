@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "link/directplay/code_page.h"
 #include "link/directplay/participant.h"
 #include "link/session.h"
+#include "station/code_page.h"
 
 /// Players and groups: one's own, and what the others tell of theirs.
 namespace corvenna::directplay {

@@ -6,6 +6,10 @@
 
 #include "link/session.h"
 
+#ifndef _WIN32
+#include <csignal>
+#endif
+
 namespace corvenna::directplay {
 
 namespace {
@@ -17,6 +21,24 @@ constexpr std::size_t MaxDatagramsWaiting = 4096;
 
 /// Tries to find a port that is free for both connections and datagrams, where any port will do.
 constexpr int NameServerTries = 20;
+
+/// Signals are for the program's own thread: one started while this lives gets none.
+class SignalsHeldBack {
+#ifndef _WIN32
+  public:
+    SignalsHeldBack() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~SignalsHeldBack() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsHeldBack(const SignalsHeldBack&) = delete;
+    SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+  private:
+    sigset_t before_{};
+#endif
+};
 
 std::string Words(const PortRange& range) {
     return range.First == range.Last ? fmt::format("{}", range.First)
@@ -56,6 +78,7 @@ void SocketNetwork::Start() {
     listener_.Start([this](auto socket, std::uint32_t ip) { Accepted(std::move(socket), ip); });
     datagrams_.Start([this](const Endpoint& source, ByteSpan bytes) { events_.OnDatagram(source, bytes); });
     ArmTimer();
+    const SignalsHeldBack heldBack;
     thread_ = std::thread([this] { io_.run(); });
 }
 
