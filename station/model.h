@@ -1,5 +1,6 @@
 #pragma once
 
+#include <any>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -172,6 +173,12 @@ struct Station {
     std::int16_t DistanceToAirport = 0;  ///< nautical miles
     std::int16_t DistanceToRunway = 0;   ///< nautical miles
     std::int16_t BearingFromRunway = 0;  ///< degrees magnetic
+
+    // What is worked out from positions and from the airport stays true from one turn to the next while a
+    // tick is in progress, for no service writes either. Between ticks anything may change.
+    bool TickInProgress = false;
+    std::uint64_t TicksBegun = 0;
+    std::any GroundNotes;  ///< what Ground has worked out so far; see ground/ground_notes.h
 
     // Scratch of the tick, kept so that a tick that sends nothing takes no memory.
     std::string TextBefore;
