@@ -16,6 +16,7 @@
 #include "practice/world_writer.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/posix_terminal.h"
+#include "tools/practice/host_program.h"
 
 namespace {
 
@@ -57,6 +58,37 @@ void MakeWorld(const WorldOptions& options) {
                              airports.size(), madeUp.size());
 }
 
+// ---- host
+
+constexpr const char* HostExamples = R"(Examples:
+  corvenna-practice host                                          a session on this computer alone
+  corvenna-practice host --bind 0.0.0.0 --name "Friday evening"   one for the local network
+  corvenna-practice host --position 47.44,-122.31,433,160         the host stands at Seattle-Tacoma
+
+Lines typed are said in the chat; "/at LAT,LON,FEET,HEADING" moves the host's aircraft and "/remove NAME"
+puts somebody out of the session. Ctrl-C and SIGTERM end it.)";
+
+void AddHostOptions(CLI::App& command, HostOptions& options) {
+    command.add_option("--name", options.SessionName, "The session's name")->capture_default_str();
+    command.add_option("--bind", options.Bind, "Address to listen at; 0.0.0.0: all interfaces")
+        ->capture_default_str();
+    command.add_option("--players", options.Players, "As many as the session takes, the host among them")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    command.add_option("--pilot", options.Pilot, "The host's own name in the session")->capture_default_str();
+    command.add_flag("--observer", options.Observer, "The host only watches");
+    command.add_option("--position", options.Position,
+                       "Where the host's aircraft is: latitude,longitude,feet,heading");
+    command.add_option("--port", options.Port, "Port at which the session is searched; 0: any")
+        ->capture_default_str();
+    command.footer(HostExamples);
+}
+
+void Host(const HostOptions& options) {
+    PosixTerminal terminal;
+    RunHost(options, {}, terminal, std::cout);
+}
+
 int Run(int argc, char** argv) {
     CLI::App app("A simulator to practise with, for everybody who doesn't have the real one.",
                  "corvenna-practice");
@@ -64,6 +96,9 @@ int Run(int argc, char** argv) {
     WorldOptions world;
     CLI::App* const worldCommand = app.add_subcommand("world", "Make a simulator folder with real airports");
     AddWorldOptions(*worldCommand, world);
+    HostOptions host;
+    CLI::App* const hostCommand = app.add_subcommand("host", "Host a practice session on real sockets");
+    AddHostOptions(*hostCommand, host);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -71,6 +106,7 @@ int Run(int argc, char** argv) {
     }
     try {
         if (worldCommand->parsed()) MakeWorld(world);
+        if (hostCommand->parsed()) Host(host);
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "corvenna-practice: " << error.what() << '\n';
