@@ -131,10 +131,12 @@ std::string RouteText(std::span<const TaxiPath> links) {
     std::string route;
     for (const TaxiPath& link : links) {
         if (link.Name.empty() || link.Name == " ") continue;
-        const std::string name = " " + UpperCase(link.Name);
+        std::string name = UpperCase(link.Name);
+        name.insert(name.begin(), ' ');
         if (!route.ends_with(name)) route += name;
     }
-    return route + " ";
+    route += ' ';
+    return route;
 }
 
 }  // namespace
