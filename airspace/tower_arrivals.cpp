@@ -9,6 +9,8 @@ namespace corvenna {
 
 namespace {
 
+using namespace TowerShared;
+
 // ---- Texts
 
 constexpr std::string_view OfferLandingOrApproach =

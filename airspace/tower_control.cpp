@@ -10,6 +10,8 @@ namespace corvenna {
 
 namespace {
 
+using namespace TowerShared;
+
 /// Nautical miles from the airport. At the limit itself nothing is done for a pilot at all.
 constexpr std::int16_t TowerRange = 15;
 

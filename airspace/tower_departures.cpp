@@ -6,6 +6,8 @@ namespace corvenna {
 
 namespace {
 
+using namespace TowerShared;
+
 // ---- Texts
 
 constexpr std::string_view OfferVfrTakeoff =

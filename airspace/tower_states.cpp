@@ -1,6 +1,6 @@
 #include "airspace/tower_states.h"
 
-namespace corvenna {
+namespace corvenna::TowerShared {
 
 void TowerSay(const Station& station, PlayerRecord& pilot, std::string_view text) {
     Say(station, pilot, text, fmt::arg("approach", station.ApproachFrequency),
@@ -37,4 +37,4 @@ void TuneToGround(Station& station, PlayerRecord& pilot) {
     Tune(station, pilot, OnGround, station.GroundFrequency);
 }
 
-}  // namespace corvenna
+}  // namespace corvenna::TowerShared

@@ -2,14 +2,15 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "airspace/height.h"
 #include "station/menu.h"
 #include "station/say.h"
 
-/// What the takeoff side and the landing side of the Tower have in common. Both are tables of TowerState,
-/// which TowerControl alone looks through. Station's thread.
+/// The two sides of the Tower, takeoff and landing: each is a table of states, which TowerControl looks
+/// through. Station's thread.
 namespace corvenna {
 
 /// Whose state it is.
@@ -27,7 +28,10 @@ struct TowerState {
 std::span<const TowerState> TowerDepartureStates();
 std::span<const TowerState> TowerArrivalStates();
 
-// ---- Texts of more than one place. {approach}, {artcc} and {ground} are the labels of those frequencies.
+/// What both sides, or one side and TowerControl, say and do alike.
+namespace TowerShared {
+
+// ---- Texts. {approach}, {artcc} and {ground} are the labels of those frequencies.
 
 inline constexpr std::string_view NoText;
 
@@ -53,7 +57,7 @@ inline constexpr std::string_view TuneArtcc =
     "{callsign}. Choose one of the following options for the Tower frequency: "
     "1-Tune ARTCC Frequency 2-Close ATC Services";
 
-// ---- Labels of more than one place.
+// ---- Labels.
 
 inline constexpr std::string_view AcknowledgeLabel = "-Acknowledge";
 inline constexpr std::string_view TuneGroundLabel = "-Tune {airport} Ground Frequency";
@@ -69,7 +73,7 @@ inline bool IsBelow(const Station& station, const PlayerRecord& pilot) {
     return FeetAboveRunway(station, pilot) < 300;
 }
 
-// ---- Steps of more than one place.
+// ---- Steps.
 
 /// Say and Answer with the Tower's placeholders.
 void TowerSay(const Station& station, PlayerRecord& pilot, std::string_view text);
@@ -89,5 +93,7 @@ void Tune(const Station& station, PlayerRecord& pilot, std::string_view text, co
 
 /// Acts on TuneGroundLabel.
 void TuneToGround(Station& station, PlayerRecord& pilot);
+
+}  // namespace TowerShared
 
 }  // namespace corvenna

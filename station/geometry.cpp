@@ -14,6 +14,7 @@ namespace {
 constexpr double Pi = 3.14159265358979;
 constexpr double TwoPi = 6.28318530717958;
 constexpr double FeetPerNm = 6080;
+constexpr double MetresPerNm = 1852;
 constexpr double DistanceCap = 32767;
 
 double Radians(double degrees) { return degrees * (Pi / 180); }
@@ -80,6 +81,27 @@ constexpr Sector Sectors[] = {
     {"west", &Station::SectorWest, 30},           {"southeast", &Station::SectorSoutheast, 15},
     {"southwest", &Station::SectorSouthwest, 15}, {"south", &Station::SectorSouth, 30},
 };
+
+/// The place at a distance on a bearing, rounded to so many decimals.
+GeoPoint Project(double latitude, double longitude, double bearing, double nauticalMiles, double tenToN) {
+    const double distance = std::max(nauticalMiles, 0.0) * Pi / 10800;
+    const double lat1 = Radians(latitude);
+    const double lon1 = Radians(-longitude);  // west positive, as the formula wants it
+    const double course = Radians(bearing);
+
+    const double lat2 =
+        ArcSin(std::sin(lat1) * std::cos(distance) + std::cos(lat1) * std::sin(distance) * std::cos(course));
+    double lon2 = lon1;
+    if (std::cos(lat2) != 0) {
+        const double turn = ArcSin(std::sin(course) * std::sin(distance) / std::cos(lat2));
+        lon2 = RealMod(lon1 - turn + Pi, TwoPi) - Pi;
+    }
+
+    GeoPoint place;
+    place.Latitude = RoundTo(lat2 * (180 / Pi), tenToN);
+    place.Longitude = RoundTo(-lon2 * (180 / Pi), tenToN);
+    return place;
+}
 
 bool SectorHoldsPilot(Station& station, const Sector& sector) {
     return HeadingWithin(station.BearingFromRunway, station.*sector.Centre, sector.HalfWidth);
@@ -165,23 +187,11 @@ GeoPoint ProjectFeet(double latitude, double longitude, std::int32_t bearing, st
 }
 
 GeoPoint ProjectNmExact(double latitude, double longitude, double bearing, double nauticalMiles) {
-    const double distance = std::max(nauticalMiles, 0.0) * Pi / 10800;
-    const double lat1 = Radians(latitude);
-    const double lon1 = Radians(-longitude);  // west positive, as the formula wants it
-    const double course = Radians(bearing);
+    return Project(latitude, longitude, bearing, nauticalMiles, 1e5);
+}
 
-    const double lat2 =
-        ArcSin(std::sin(lat1) * std::cos(distance) + std::cos(lat1) * std::sin(distance) * std::cos(course));
-    double lon2 = lon1;
-    if (std::cos(lat2) != 0) {
-        const double turn = ArcSin(std::sin(course) * std::sin(distance) / std::cos(lat2));
-        lon2 = RealMod(lon1 - turn + Pi, TwoPi) - Pi;
-    }
-
-    GeoPoint place;
-    place.Latitude = RoundTo5(lat2 * (180 / Pi));
-    place.Longitude = RoundTo5(-lon2 * (180 / Pi));
-    return place;
+GeoPoint ProjectMetres(double latitude, double longitude, std::int32_t bearing, double metres) {
+    return Project(latitude, longitude, bearing, metres / MetresPerNm, 1e6);
 }
 
 void UpdatePilotGeometry(Station& station, PlayerRecord& pilot) {

@@ -57,6 +57,9 @@ GeoPoint ProjectNm(double latitude, double longitude, std::int32_t bearing, std:
 GeoPoint ProjectFeet(double latitude, double longitude, std::int32_t bearing, std::int32_t feet);
 GeoPoint ProjectNmExact(double latitude, double longitude, double bearing, double nauticalMiles);
 
+/// The same in metres, 1852 to a nautical mile, rounded to 6 decimals: for places on an airport.
+GeoPoint ProjectMetres(double latitude, double longitude, std::int32_t bearing, double metres);
+
 /// The altitude given, or the highest mountain in the 90-degree fan from one place towards another as far
 /// as that other place, whichever is higher; feet, no margin added.
 std::int32_t RouteTerrainAltitude(const Station& station, std::int32_t altitude, const GeoPoint& from,

@@ -74,6 +74,10 @@ TEST(GroundAgainstThePlainVersion, SeesTheSameRunwayTheSameSpotsAndTheSameHolds)
             PlainAdvanceTaxiRoutes(plain);
             ASSERT_NO_FATAL_FAILURE(ExpectSame(product, plain));
             occupied += runwayOccupied ? 1 : 0;
+            if (!scene.Chance(20)) continue;
+            RandomScene same = scene;
+            scene.Disturb(product);
+            same.Disturb(plain);
         }
         for (const PlayerRecord& pilot : plain.Players.Valid()) {
             holds += pilot.MenuText.find("Hold position") != std::string::npos ? 1 : 0;
@@ -84,8 +88,11 @@ TEST(GroundAgainstThePlainVersion, SeesTheSameRunwayTheSameSpotsAndTheSameHolds)
 }
 
 TEST(GroundAgainstThePlainVersion, SaysTheSameInWholeTicksWithFieldsWrittenBetweenThem) {
-    const FrequencyService productServices[] = {{&Station::GroundFrequency, &GroundControl}};
-    const FrequencyService plainServices[] = {{&Station::GroundFrequency, &PlainGroundControl}};
+    // On the Tower's frequency a pilot loses his route, in between the turns of those on Ground's.
+    const FrequencyService productServices[] = {{&Station::GroundFrequency, &GroundControl},
+                                                {&Station::TowerFrequency, &ResetPilot}};
+    const FrequencyService plainServices[] = {{&Station::GroundFrequency, &PlainGroundControl},
+                                              {&Station::TowerFrequency, &ResetPilot}};
     std::size_t said = 0;
     for (std::uint64_t seed = 1; seed <= Scenes; ++seed) {
         SCOPED_TRACE(::testing::Message() << "seed " << seed);

@@ -201,13 +201,14 @@ void RandomScene::Disturb(Station& station) {
         if (Chance(40)) pilot.Choice = static_cast<std::uint8_t>(Number(0, 4));
         if (Chance(5)) pilot.Phase = Word(Words);
         if (Chance(50)) {
-            pilot.TunedFrequency = station.GroundFrequency;
+            pilot.TunedFrequency = Chance(85) ? station.GroundFrequency : station.TowerFrequency;
             pilot.InService = UnderService;
         }
     }
     if (station.TaxiRouteCount() > 0 && Chance(25)) {
         TaxiRouteRecord& route = station.TaxiRoutes[Number(0, station.TaxiRouteCount() - 1)];
         const TaxiRouteRecord other = Route(station);
+        if (Chance(50)) route.PilotName = other.PilotName;
         if (Chance(50)) route.Links = other.Links;
         if (Chance(50)) route.PilotIndex = other.PilotIndex;
         if (Chance(50)) route.Target = other.Target;

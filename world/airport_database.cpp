@@ -1,0 +1,85 @@
+#include "world/airport_database.h"
+
+#include "world/files.h"
+#include "world/record_stream.h"
+
+namespace corvenna {
+
+namespace {
+
+constexpr std::string_view SimulatorName = "fs2002.exe";
+
+/// Where a file of the database stands, or is to stand if there is none yet.
+std::string PathOf(std::string_view appFolder, std::string_view name) {
+    std::string path = JoinPath(appFolder, name);
+    const auto found = FindPath(path);
+    return found ? found->string() : path;
+}
+
+std::string ConfigBytes(const ConfigRecord& config) {
+    std::string bytes;
+    RecordWriter writer(bytes);
+    writer.Text(config.SimFolder);
+    writer.Number(config.AirportCount);
+    return bytes;
+}
+
+}  // namespace
+
+ConfigRecord ReadConfig(std::string_view appFolder) {
+    const std::string path = PathOf(appFolder, ConfigName);
+    const std::string bytes = ReadWholeFile(path);
+    try {
+        ConfigRecord config;
+        RecordReader reader(bytes, 0);
+        reader.Text(config.SimFolder);
+        reader.Number(config.AirportCount);
+        return config;
+    } catch (const DamagedData& damage) {
+        throw FileError(path, damage.what());
+    }
+}
+
+void WriteConfig(std::string_view appFolder, const ConfigRecord& config) {
+    const std::string path = PathOf(appFolder, ConfigName);
+    const std::string fresh = ConfigBytes(config);
+    std::string beyond = FindPlainFile(path) ? ReadWholeFile(path) : std::string();
+    beyond.erase(0, fresh.size());
+    ReplaceFile(path, {fresh, beyond});
+}
+
+AirportList ReadAirports(std::string_view appFolder, std::int32_t airportCount) {
+    const std::string path = PathOf(appFolder, AirportsName);
+    try {
+        return AirportList::FromBytes(ReadWholeFile(path), airportCount);
+    } catch (const DamagedData& damage) {
+        throw FileError(path, damage.what());
+    }
+}
+
+void WriteAirports(std::string_view appFolder, const AirportList& airports) {
+    ReplaceFile(PathOf(appFolder, AirportsName), {airports.Bytes(), AirportList::SpareRecord()});
+}
+
+AirportList ReadDatabase(std::string_view appFolder) {
+    return ReadAirports(appFolder, ReadConfig(appFolder).AirportCount);
+}
+
+bool DatabaseIsThere(std::string_view appFolder) {
+    const bool airports = FindPlainFile(JoinPath(appFolder, AirportsName)).has_value();
+    const bool config = FindPlainFile(JoinPath(appFolder, ConfigName)).has_value();
+    if (airports && config) return true;
+    RemoveDatabase(appFolder);
+    return false;
+}
+
+void RemoveDatabase(std::string_view appFolder) {
+    RemoveFile(PathOf(appFolder, AirportsName));
+    RemoveFile(PathOf(appFolder, ConfigName));
+}
+
+bool IsSimFolder(std::string_view folder) {
+    return FindPlainFile(JoinPath(folder, SimulatorName)).has_value();
+}
+
+}  // namespace corvenna
