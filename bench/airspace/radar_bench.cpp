@@ -1,12 +1,12 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <random>
 
 #include "airspace/approach_control.h"
 #include "airspace/artcc_control.h"
 #include "airspace/tower_control.h"
-#include "ground/ground_control.h"
 #include "station/geometry.h"
 #include "station/tick.h"
 #include "tests/airspace/plain_radar.h"
@@ -18,11 +18,11 @@ namespace {
 
 constexpr int Mountains = 300;
 
-constexpr FrequencyService Fast[] = {{&Station::GroundFrequency, &GroundControl},
+constexpr FrequencyService Fast[] = {{&Station::GroundFrequency, nullptr},
                                      {&Station::TowerFrequency, &TowerControl},
                                      {&Station::ApproachFrequency, &ApproachControl},
                                      {&Station::ArtccFrequency, &ArtccControl}};
-constexpr FrequencyService Plain[] = {{&Station::GroundFrequency, &GroundControl},
+constexpr FrequencyService Plain[] = {{&Station::GroundFrequency, nullptr},
                                       {&Station::TowerFrequency, &TowerControl},
                                       {&Station::ApproachFrequency, &plain::ApproachControl},
                                       {&Station::ArtccFrequency, &plain::ArtccControl}};
@@ -57,6 +57,7 @@ class Sky {
         ComputeSectorCentres(S);
         for (int i = 0; i < Mountains; ++i) AddMountain(i);
         for (std::int64_t i = 0; i < pilots; ++i) AddPilot(i);
+        // Until nobody has anything new to hear.
         for (int tick = 0; tick < 20 && (tick == 0 || Silence.Sent > 0); ++tick) {
             Silence.Sent = 0;
             AtcTimer(S, Fast, Silence);
@@ -71,8 +72,9 @@ class Sky {
         return std::uniform_real_distribution<double>(low, high)(random_);
     }
 
+    /// As many on each square mile between two distances.
     GeoPoint Somewhere(double low, double high) {
-        return ProjectNmExact(47, -122, Real(0, 360), Real(low, high));
+        return ProjectNmExact(47, -122, Real(0, 360), std::sqrt(Real(low * low, high * high)));
     }
 
     void AddMountain(int i) {
@@ -82,8 +84,8 @@ class Sky {
         S.Mountains.insert(S.Mountains.begin() + S.MountainCount++, mountain);
     }
 
-    /// As many in each ring of miles around the airport: the nearer, the denser. An eighth each is on the
-    /// ground and with the Tower, a quarter in the airspace of Approach, half with ARTCC.
+    /// All over the 190 miles that ARTCC serves, but for those whom one airport can hold: an eighth on the
+    /// ground, an eighth with the Tower and a quarter with Approach, 60, 60 and 200 at most.
     void AddPilot(std::int64_t i) {
         PlayerRecord pilot;
         pilot.Name = fmt::format("N{}", i);
@@ -91,36 +93,36 @@ class Sky {
         pilot.Role = Role::Player;
         pilot.AircraftName = "Boeing 737-400";
         pilot.InService = UnderService;
-        pilot.FlightRules = i / 8 % 4 == 0 ? Vfr : Ifr;
         pilot.Heading = static_cast<std::int16_t>(Real(0, 360));
-        GeoPoint place = Somewhere(0, 190);
-        pilot.Altitude = static_cast<std::int32_t>(Real(1000, 40000));
-        switch (i % 8) {
-            case 0:
-                pilot.TunedFrequency = i % 16 == 0 ? S.GroundFrequency : "";
-                place = Somewhere(0, 1);
-                pilot.Altitude = S.RunwayElevation;
-                break;
-            case 1:
-                pilot.TunedFrequency = S.TowerFrequency;
-                place = Somewhere(1, 14);
-                pilot.FlightRules = Vfr;
-                pilot.Altitude = static_cast<std::int32_t>(Real(1000, 10000));
-                break;
-            case 2:
-            case 3:
-                pilot.TunedFrequency = S.ApproachFrequency;
-                place = Somewhere(1, 19);
-                pilot.Altitude = static_cast<std::int32_t>(Real(1000, 10000));
-                pilot.Phase = pilot.FlightRules == Vfr ? "" : "Approach";
-                break;
-            default:
-                pilot.TunedFrequency = S.ArtccFrequency;
-                pilot.Phase = pilot.FlightRules == Vfr ? "" : i % 2 == 0 ? "Approach" : "En Route";
+        if (i % 8 == 0 && i / 8 < 60) {
+            Put(pilot, Somewhere(0, 1), S.RunwayElevation);
+            if (i % 16 == 0) pilot.TunedFrequency = S.GroundFrequency;
+        } else if (i % 8 == 1 && i / 8 < 60) {
+            Put(pilot, Somewhere(1, 14), Real(1000, 10000));
+            pilot.TunedFrequency = S.TowerFrequency;
+        } else if (i % 4 == 2 && i / 4 < 200) {
+            Put(pilot, Somewhere(1, 19), Real(1000, 10000));
+            pilot.TunedFrequency = S.ApproachFrequency;
+            Ask(pilot, i, "Approach");
+        } else {
+            Put(pilot, Somewhere(20, 190), Real(1000, 40000));
+            pilot.TunedFrequency = S.ArtccFrequency;
+            Ask(pilot, i, i % 2 == 0 ? "Approach" : "En Route");
         }
+        S.Players.Add(pilot);
+    }
+
+    static void Put(PlayerRecord& pilot, const GeoPoint& place, double feet) {
         pilot.Latitude = place.Latitude;
         pilot.Longitude = place.Longitude;
-        S.Players.Add(pilot);
+        pilot.Altitude = static_cast<std::int32_t>(feet);
+    }
+
+    /// Every fourth flies by eye, the others by radar.
+    static void Ask(PlayerRecord& pilot, std::int64_t i, std::string_view phase) {
+        if (i / 8 % 4 == 0) return;
+        pilot.FlightRules = Ifr;
+        pilot.Phase = phase;
     }
 
     std::mt19937 random_{2002};
