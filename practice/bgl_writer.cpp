@@ -30,10 +30,9 @@ struct FacilityName {
     std::int32_t Data;  // place of the facility data
 };
 
-std::int32_t AddHeader(BglBytes& bgl) {
-    const std::int32_t header = bgl.AddBlank(HeaderLength);
+void AddHeader(BglBytes& bgl) {
+    bgl.AddBlank(HeaderLength);
     bgl.PutLong(header::Marker, static_cast<std::int32_t>(header::MarkerWord));
-    return header;
 }
 
 // ---- Units

@@ -12,6 +12,8 @@
 #include "station/geometry.h"
 #include "station/model.h"
 #include "station/numbers.h"
+#include "station/text.h"
+#include "world/facility_layout.h"
 
 namespace corvenna {
 
@@ -210,23 +212,21 @@ class NetworkMaker {
     void AddSpot(Dice& dice, const SizeRow& row, int number, int spots, double half, int connectors) {
         constexpr int Parking = 1;
         constexpr int Gate = 10;
+        constexpr int GateA = 12;
         const double along = half * (2.0 * (number + 1) / (spots + 1) - 1);
         PracticeParking spot;
-        spot.NameCode = row.Of == Size::Large      ? Gate + dice.From(2, 5)
-                        : row.Of == Size::Regional ? Gate
-                                                   : Parking;
+        spot.NameCode = Parking;
+        if (row.Of == Size::Regional) spot.NameCode = Gate;
+        if (row.Of == Size::Large) spot.NameCode = GateA + dice.From(0, 3);
         spot.Number = number + 1;
-        spot.Name = spot.NameCode == Parking ? "PARKING"
-                    : spot.NameCode == Gate
-                        ? "GATE"
-                        : fmt::format("GATE {}", static_cast<char>('A' + spot.NameCode - 12));
-        spot.Name += fmt::format(" {}", spot.Number);
+        const std::string_view text = facility::SpotNames[spot.NameCode - 1];
+        spot.Name = fmt::format("{} {}", UpperCase(text), spot.Number);
         spot.Latitude = plane_.Latitude(along, 260);
         spot.Longitude = plane_.Longitude(along, 260);
         spot.RadiusMetres = row.Of == Size::Field ? 10 : dice.From(15, 36);
         airport_.Parking.push_back(spot);
         const double place = (along / half + 1) / 2 * (connectors - 1);
-        AddPath(TaxiPath::ParkingTie, static_cast<int>(place + 0.5) * PointsOfConnector + 2, number, "");
+        AddPath(TaxiPath::ParkingTie, ToWhole<int>(place) * PointsOfConnector + 2, number, "");
     }
 
     const Plane& plane_;
@@ -235,12 +235,13 @@ class NetworkMaker {
 
 // ---- An airport
 
+/// Most airports are small.
 Size MakeUpSize(Dice& dice) {
     const int percent = dice.From(1, 100);
-    return percent <= 45   ? Size::Strip
-           : percent <= 80 ? Size::Field
-           : percent <= 95 ? Size::Regional
-                           : Size::Large;
+    if (percent <= 45) return Size::Strip;
+    if (percent <= 80) return Size::Field;
+    if (percent <= 95) return Size::Regional;
+    return Size::Large;
 }
 
 /// In steps of 25 kHz.

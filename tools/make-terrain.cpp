@@ -80,6 +80,14 @@ void Describe(CLI::App& app, Options& options) {
     app.footer(Footer);
 }
 
+/// What the options have to be besides each one for itself.
+void CheckTogether(const Options& options) {
+    if (options.Grids.empty() && options.RawGrids.empty()) throw CLI::RequiredError("GRID or --raw");
+    if (!options.Region.empty() && options.Region[0] <= options.Region[1]) {
+        throw CLI::ValidationError("--region", "north must be above south");
+    }
+}
+
 /// One line on a terminal that tells the step and how far it has come; nothing elsewhere.
 class ProgressLine {
   public:
@@ -141,7 +149,7 @@ int Run(int argc, char** argv) {
     Describe(app, options);
     try {
         app.parse(argc, argv);
-        if (options.Grids.empty() && options.RawGrids.empty()) throw CLI::RequiredError("GRID or --raw");
+        CheckTogether(options);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }

@@ -14,7 +14,8 @@ using testing::ElementsAre;
 std::int32_t Long(const std::string& file, std::int32_t offset) {
     std::uint32_t word = 0;
     for (int i = 3; i >= 0; --i) {
-        word = word << 8 | static_cast<std::uint8_t>(file.at(static_cast<std::size_t>(offset + i)));
+        word = word << 8 | static_cast<std::uint8_t>(
+                               file.at(static_cast<std::size_t>(offset) + static_cast<std::size_t>(i)));
     }
     return static_cast<std::int32_t>(word);
 }
@@ -257,9 +258,11 @@ std::vector<std::string> NameTable(std::initializer_list<const char*> names) {
     const auto count = static_cast<std::int32_t>(names.size());
     const std::int32_t list = block + 8 + (8 + 2 * 12) + (8 + 20) + (8 + count * 32);
     EXPECT_EQ(Long(file, list + 4), 8);
-    std::vector<std::string> table;
-    for (int i = 0; i < Long(file, list); ++i) {
-        table.emplace_back(file.c_str() + list + 8 + i * 8);
+    std::vector<std::string> table(static_cast<std::size_t>(Long(file, list)));
+    std::int32_t name = list + 8;
+    for (std::string& text : table) {
+        text = file.c_str() + name;
+        name += 8;
     }
     return table;
 }

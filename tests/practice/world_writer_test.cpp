@@ -188,7 +188,9 @@ TEST(PracticeWorld, AScanGivesBackTheRealAirportsFieldByField) {
 TEST(PracticeWorld, TheMainRunwaysAreThoseThatTheFactsExpect) {
     const ScannedWorld world;
     std::ifstream file(DataFile("practice-airports.json"));
-    for (const auto& facts : nlohmann::json::parse(file).at("airports")) {
+    const nlohmann::json document = nlohmann::json::parse(file);
+    ASSERT_EQ(document.at("airports").size(), 8u);
+    for (const auto& facts : document.at("airports")) {
         const Airport& scanned = world.Scanned(facts.at("icao"));
         const auto& expected = facts.at("expected_main_runway");
         SCOPED_TRACE(scanned.Icao);
@@ -224,6 +226,7 @@ TEST(PracticeWorld, ItsLibraryHasAreasOfEveryKind) {
     const ScannedWorld world(1);
     auto areas = ParseSceneryCfg(world.Folder() + "/scenery.cfg");
     std::vector<std::string> locals;
+    locals.reserve(areas.size());
     for (const SceneryArea& area : areas) locals.push_back(area.Local);
     EXPECT_THAT(locals, ElementsAre("Scenery", "Scenery\\NAmer", "Scenery/SAmer",
                                     world.Folder() + "/Addon Scenery/Eurafrica", "Scenery\\Pacific\\Scenery",

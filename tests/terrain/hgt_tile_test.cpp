@@ -6,13 +6,14 @@
 namespace corvenna {
 namespace {
 
-constexpr std::size_t ThreeSecondTile = 1201 * 1201 * 2;
-constexpr std::size_t OneSecondTile = 3601 * 3601 * 2;
+constexpr std::size_t Side = 1201;
+constexpr std::size_t ThreeSecondTile = Side * Side * 2;
+constexpr std::size_t OneSecondTile = std::size_t{3601} * 3601 * 2;
 
 /// A tile of 1201 lines, flat but for one sample.
-std::string Tile(int height, int row = 0, int column = 0, int sample = 0) {
-    std::vector<int> samples(1201 * 1201, height);
-    if (sample != 0) samples[static_cast<std::size_t>(row * 1201 + column)] = sample;
+std::string Tile(int height, std::size_t row = 0, std::size_t column = 0, int sample = 0) {
+    std::vector<int> samples(Side * Side, height);
+    if (sample != 0) samples[row * Side + column] = sample;
     return BigEndian(samples);
 }
 

@@ -103,6 +103,7 @@ TEST(MakeTerrain, AWrongCommandLineGivesTwoAndHelpGivesZero) {
     EXPECT_EQ(RunTool("a.asc -o out.db --block 10").Status, 2);
     EXPECT_EQ(RunTool("a.asc -o out.db --region 1,2,3").Status, 2);
     EXPECT_EQ(RunTool("a.asc -o out.db --region 1,2,3,x").Status, 2);
+    EXPECT_EQ(RunTool("a.asc -o out.db --region 40,40,3,4").Status, 2);
     EXPECT_EQ(RunTool("a.asc -o out.db --nonsense").Status, 2);
     const Outcome help = RunTool("--help");
     EXPECT_EQ(help.Status, 0);

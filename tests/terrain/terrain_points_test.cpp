@@ -1,5 +1,7 @@
 #include "tools/terrain/terrain_points.h"
 
+#include <cmath>
+
 #include "terrain/terrain_scene.h"
 
 namespace corvenna {
@@ -13,8 +15,8 @@ void AddFlat(CellGrid& cells, double north, double west, double degreesSouth, do
              std::int16_t height) {
     GridShape shape;
     shape.File = "flat";
-    shape.Rows = static_cast<int>(degreesSouth / step + 0.5);
-    shape.Columns = static_cast<int>(degreesEast / step + 0.5);
+    shape.Rows = static_cast<int>(std::lround(degreesSouth / step));
+    shape.Columns = static_cast<int>(std::lround(degreesEast / step));
     shape.FirstLatitude = north - step / 2;
     shape.FirstLongitude = west + step / 2;
     shape.LatitudeStep = -step;
