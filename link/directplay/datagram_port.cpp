@@ -12,9 +12,10 @@ constexpr int ReceiveBufferBytes = 1 << 20;
 
 }  // namespace
 
-bool DatagramPort::Open(std::uint32_t ip, const PortRange& range) {
+asio::error_code DatagramPort::Open(std::uint32_t ip, const PortRange& range) {
+    asio::error_code error;
     for (int port = range.First; port <= range.Last; ++port) {
-        asio::error_code error;
+        error.clear();
         if (!socket_.is_open()) socket_.open(asio::ip::udp::v4(), error);
         if (!error) socket_.bind({asio::ip::address_v4(ip), static_cast<std::uint16_t>(port)}, error);
         if (error) continue;
@@ -23,9 +24,9 @@ bool DatagramPort::Open(std::uint32_t ip, const PortRange& range) {
         socket_.set_option(asio::socket_base::broadcast(true), ignored);
         socket_.set_option(asio::socket_base::receive_buffer_size(ReceiveBufferBytes), ignored);
         port_ = socket_.local_endpoint().port();
-        return true;
+        break;
     }
-    return false;
+    return error;
 }
 
 void DatagramPort::Start(OnDatagram onDatagram) {

@@ -16,8 +16,8 @@ class DatagramPort {
 
     explicit DatagramPort(asio::io_context& io) : socket_(io) {}
 
-    /// Binds the first free port of a range. False when there is none.
-    bool Open(std::uint32_t ip, const PortRange& range);
+    /// Binds the first free port of a range. The error of the last one when there is none.
+    asio::error_code Open(std::uint32_t ip, const PortRange& range);
 
     void Start(OnDatagram onDatagram);
     std::uint16_t Port() const { return port_; }

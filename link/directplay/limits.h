@@ -62,6 +62,7 @@ struct Timing {
     milliseconds SearchRepeat = seconds(1);
     milliseconds SearchByStream = milliseconds(1500);  ///< when nothing answers the datagrams
     milliseconds SearchOlder = milliseconds(2500);     ///< when nothing answers the search for any game
+    milliseconds ClaimRecheck = seconds(1);
     milliseconds RecentlyCreated = seconds(40);
     milliseconds NameServerRetry = seconds(1);
 };

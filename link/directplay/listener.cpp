@@ -7,7 +7,7 @@ namespace {
 /// How long to wait when a connection cannot be accepted, such as for want of descriptors.
 constexpr milliseconds AcceptRetry(100);
 
-bool Bind(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& place) {
+asio::error_code Bind(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& place) {
     asio::error_code error;
     acceptor.open(asio::ip::tcp::v4(), error);
 #ifndef _WIN32
@@ -17,21 +17,22 @@ bool Bind(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& plac
 #endif
     if (!error) acceptor.bind(place, error);
     if (!error) acceptor.listen(asio::socket_base::max_listen_connections, error);
-    if (!error) return true;
     asio::error_code ignored;
-    acceptor.close(ignored);
-    return false;
+    if (error) acceptor.close(ignored);
+    return error;
 }
 
 }  // namespace
 
-bool Listener::Open(std::uint32_t ip, const PortRange& range) {
+asio::error_code Listener::Open(std::uint32_t ip, const PortRange& range) {
+    asio::error_code error;
     for (int port = range.First; port <= range.Last; ++port) {
-        if (!Bind(acceptor_, {asio::ip::address_v4(ip), static_cast<std::uint16_t>(port)})) continue;
+        error = Bind(acceptor_, {asio::ip::address_v4(ip), static_cast<std::uint16_t>(port)});
+        if (error) continue;
         port_ = acceptor_.local_endpoint().port();
-        return true;
+        break;
     }
-    return false;
+    return error;
 }
 
 void Listener::Start(OnAccepted onAccepted) {

@@ -14,8 +14,8 @@ class Listener {
 
     explicit Listener(asio::io_context& io) : acceptor_(io), retry_(io) {}
 
-    /// Listens on the first free port of a range. False when there is none.
-    bool Open(std::uint32_t ip, const PortRange& range);
+    /// Listens on the first free port of a range. The error of the last one when there is none.
+    asio::error_code Open(std::uint32_t ip, const PortRange& range);
 
     void Start(OnAccepted onAccepted);
     std::uint16_t Port() const { return port_; }

@@ -24,6 +24,7 @@ void Participant::Advance(TimePoint now) {
     ExpireNewcomers();
     ExpireEarly();
     PingTheSilent();
+    RecheckClaim();
     OpenNameServerPorts();
 }
 
@@ -67,18 +68,26 @@ void Participant::HandleSystemMessage(const Source& source, ByteSpan body) {
     const DecodedMessage decoded = DecodeSystemMessage(body);
     if (ConcernsMembers(decoded.Message)) {
         if (ownId_ == 0) return;
-        if (joining_ || (!IsHost() && SenderOf(source) == nullptr)) {
+        if (IsTooEarlyFrom(source)) {
             const auto* forward = std::get_if<AddForward>(&decoded.Message);
-            if (joining_ && forward != nullptr) Acknowledge(source, *forward);
-            KeepForLater(source, Incoming::Kind::System, body);
-            return;
+            const bool acknowledge = joining_ && forward != nullptr && !replaying_;
+            if (acknowledge) Acknowledge(source, *forward);
+            return KeepForLater(source, Incoming::Kind::System, body, acknowledge);
         }
     }
     std::visit([&](const auto& message) { On(source, message); }, decoded.Message);
 }
 
-/// Messages about who is in the session: they make no sense before the name table, or from a machine that
-/// nobody has told of yet.
+/// Before the name table nothing about members makes sense; later on nothing from a machine that nobody has
+/// told of yet, nor from one whose word that it is the host is being looked into.
+bool Participant::IsTooEarlyFrom(const Source& source) {
+    if (joining_) return true;
+    if (IsHost()) return false;
+    const Machine* sender = SenderOf(source);
+    return sender == nullptr || sender->Id == claimant_;
+}
+
+/// Messages about who is in the session.
 bool Participant::ConcernsMembers(const SystemMessage& message) {
     return std::holds_alternative<AddForward>(message) || std::holds_alternative<CreateMember>(message) ||
            std::holds_alternative<ChangeMember>(message) || std::holds_alternative<DataChanged>(message) ||
@@ -88,13 +97,15 @@ bool Participant::ConcernsMembers(const SystemMessage& message) {
 
 // ---- Messages that are too early
 
-void Participant::KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body) {
+void Participant::KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body, bool acknowledged) {
     if (early_.size() >= limits_.EarlyMessages || earlyBytes_ + body.size() > limits_.EarlyBytes) {
         ++dropped_.Excess;
         return;
     }
     earlyBytes_ += body.size();
-    early_.push_back({replaying_ ? replayArrived_ : now_, source, {body.begin(), body.end()}, what});
+    const TimePoint arrived = replaying_ ? replayed_.Arrived : now_;
+    early_.push_back(
+        {arrived, source, {body.begin(), body.end()}, what, acknowledged || replayed_.Acknowledged});
 }
 
 /// Handles again, in their order, what came before its time. What is still too early is kept again.
@@ -104,19 +115,20 @@ void Participant::ReplayEarly() {
     kept.swap(early_);
     earlyBytes_ = 0;
     replaying_ = true;
-    for (const Early& early : kept) {
-        replayArrived_ = early.Arrived;
+    for (Early& early : kept) {
+        replayed_ = std::move(early);
         try {
-            Handle(early.From, early.What, early.Body);
+            Handle(replayed_.From, replayed_.What, replayed_.Body);
         } catch (const WireError&) {
             ++dropped_.Malformed;
         }
     }
     replaying_ = false;
+    replayed_ = {};
 }
 
 void Participant::ExpireEarly() {
-    if (joining_) return;
+    if (joining_ || claimant_ != 0) return;
     while (!early_.empty() && now_ - early_.front().Arrived > limits_.EarlyAge) {
         earlyBytes_ -= early_.front().Body.size();
         early_.pop_front();

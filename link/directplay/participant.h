@@ -131,6 +131,7 @@ class Participant final : public NetworkEvents {
         Source From;
         Bytes Body;
         Incoming::Kind What{};
+        bool Acknowledged = false;  ///< the host has this machine's word for it already
     };
 
     /// A newcomer who has an id and has not asked to be made known yet.
@@ -150,7 +151,8 @@ class Participant final : public NetworkEvents {
     void Handle(const Source& source, Incoming::Kind what, ByteSpan body);
     void HandleSystemMessage(const Source& source, ByteSpan body);
     static bool ConcernsMembers(const SystemMessage& message);
-    void KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body);
+    bool IsTooEarlyFrom(const Source& source);
+    void KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body, bool acknowledged = false);
     void ReplayEarly();
     void ExpireEarly();
     Machine* SenderOf(const Source& source);
@@ -236,6 +238,8 @@ class Participant final : public NetworkEvents {
     void Doubt(Machine& machine);
     void Gone(std::uint32_t machineId, const std::string& why);
     void CutOff(std::uint32_t machineId, const std::string& why);
+    void OnHostFoundAlive();
+    void RecheckClaim();
     void TellOthersGone(std::uint32_t machineId);
     void RemoveMachine(std::uint32_t machineId);
     void OnHostGone();
@@ -267,6 +271,7 @@ class Participant final : public NetworkEvents {
     Members members_;
     bool lost_ = false;
     std::uint32_t claimant_ = 0;  ///< says that it is the host, while the old one has not been given up
+    std::optional<TimePoint> claimRecheck_;  ///< the old one has answered once, and is asked again then
 
     // Asking the host.
     Endpoint host_;  ///< while joining
@@ -293,7 +298,7 @@ class Participant final : public NetworkEvents {
     std::deque<Early> early_;
     std::size_t earlyBytes_ = 0;
     bool replaying_ = false;
-    TimePoint replayArrived_{};
+    Early replayed_;  ///< the one in hand
 
     std::deque<std::string> notices_;
     Dropped dropped_;

@@ -189,7 +189,7 @@ void Participant::On(const Source& source, const AddForward& forward) {
     if (!IsFromHost(source)) return CountForeign(source, "told of a newcomer without being the host");
     if (forward.Player.Id == ownId_ || !IsGivenOut(forward.Player.Id)) return;
     AddMachine(forward.Player, source, false);
-    if (!replaying_) Acknowledge(source, forward);
+    if (!replayed_.Acknowledged) Acknowledge(source, forward);
     ReplayEarly();
 }
 

@@ -70,14 +70,27 @@ void Participant::OnProbed(const Endpoint& tcp, bool reached) {
     const bool heard = machine->LastHeard > *machine->DoubtedSince;
     machine->DoubtedSince.reset();
     if (!reached && !heard) return Gone(machine->Id, "it does not answer any more");
-    if (machine->Id == hostId_ && claimant_ != 0) {
-        const Machine* claimant = members_.Machines.Find(claimant_);
-        claimant_ = 0;
-        if (claimant != nullptr) {
-            Notice(fmt::format("{} claims to be the host, but the host is still there; that was ignored",
-                               NameOf(*claimant)));
-        }
+    if (machine->Id == hostId_ && claimant_ != 0) OnHostFoundAlive();
+}
+
+/// A host that is just leaving still answers, so it is asked once more before the claim is put aside.
+void Participant::OnHostFoundAlive() {
+    if (!claimRecheck_) {
+        claimRecheck_ = now_ + timing_.ClaimRecheck;
+        return;
     }
+    if (const Machine* claimant = members_.Machines.Find(claimant_)) {
+        ++dropped_.Foreign;
+        Notice(fmt::format("{} claims to be the host, but the host is still there; that was ignored",
+                           NameOf(*claimant)));
+    }
+    claimant_ = 0;
+    claimRecheck_.reset();
+}
+
+void Participant::RecheckClaim() {
+    Machine* host = members_.Machines.Find(hostId_);
+    if (claimant_ != 0 && claimRecheck_ && now_ >= *claimRecheck_ && host != nullptr) Doubt(*host);
 }
 
 void Participant::OnUnreachable(const Endpoint& tcp, const std::string& why) {
@@ -192,6 +205,7 @@ void Participant::AdoptHost(std::uint32_t machineId) {
     hostId_ = machineId;
     claimant_ = 0;
     Notice(fmt::format("{} is the session's host now", NameOf(*members_.Machines.Find(machineId))));
+    ReplayEarly();
 }
 
 /// A machine that says so is the host when the old one has gone. While the old one is listed it is asked
@@ -211,6 +225,7 @@ void Participant::On(const Source& source, const IAmNameServer& message) {
     Machine* host = members_.Machines.Find(hostId_);
     if (host == nullptr) return AdoptHost(sender->Id);
     claimant_ = sender->Id;
+    claimRecheck_.reset();
     Doubt(*host);
 }
 

@@ -42,7 +42,7 @@ class SignalsHeldBack {
 
 std::string Words(const PortRange& range) {
     return range.First == range.Last ? fmt::format("{}", range.First)
-                                     : fmt::format("{} to {}", range.First, range.Last);
+                                     : fmt::format("from {} to {}", range.First, range.Last);
 }
 
 }  // namespace
@@ -55,15 +55,15 @@ SocketNetwork::SocketNetwork(const SocketOptions& options, NetworkEvents& events
       datagrams_(io_),
       timer_(io_),
       resolver_(io_) {
-    if (!listener_.Open(options_.BindIp, options_.Tcp)) {
+    if (const auto error = listener_.Open(options_.BindIp, options_.Tcp)) {
         throw SessionError(
-            fmt::format("no TCP port from {} is free at {}: end the other programs that use them",
-                        Words(options_.Tcp), IpText(options_.BindIp)));
+            fmt::format("no TCP port {} can be opened at {} ({}); do other programs have them?",
+                        Words(options_.Tcp), IpText(options_.BindIp), error.message()));
     }
-    if (!datagrams_.Open(options_.BindIp, options_.Udp)) {
+    if (const auto error = datagrams_.Open(options_.BindIp, options_.Udp)) {
         throw SessionError(
-            fmt::format("no UDP port from {} is free at {}: end the other programs that use them",
-                        Words(options_.Udp), IpText(options_.BindIp)));
+            fmt::format("no UDP port {} can be opened at {} ({}); do other programs have them?",
+                        Words(options_.Udp), IpText(options_.BindIp), error.message()));
     }
 }
 
@@ -245,9 +245,9 @@ void SocketNetwork::ProbeEnded(const std::shared_ptr<asio::ip::tcp::socket>& soc
 
 bool SocketNetwork::NameServer::Open(const SocketOptions& options) {
     const bool anyPort = options.NameServer == 0;
-    if (!Stream.Open(options.BindIp, {options.NameServer, options.NameServer})) return false;
+    if (Stream.Open(options.BindIp, {options.NameServer, options.NameServer})) return false;
     const std::uint16_t port = anyPort ? Stream.Port() : options.NameServer;
-    return Datagrams.Open(options.BindIp, {port, port});
+    return !Datagrams.Open(options.BindIp, {port, port});
 }
 
 /// Opened by whichever thread asks, started on the input/output thread.

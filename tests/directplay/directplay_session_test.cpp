@@ -466,7 +466,7 @@ TEST(Hosting, WithoutAFreePortForConnectionsFailsAndNamesTheRange) {
     options.Sockets.Tcp = {host.Dp.TcpPort(), host.Dp.TcpPort()};
     Peer second(options);
     EXPECT_THAT(WhyItFails([&] { second.Opens("Second"); }),
-                HasSubstr("TCP port from " + std::to_string(host.Dp.TcpPort())));
+                HasSubstr("TCP port " + std::to_string(host.Dp.TcpPort())));
 }
 
 TEST(Hosting, TheFirstFreePortOfTheRangeIsTaken) {
