@@ -1,5 +1,6 @@
 #include "practice/motion.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -7,36 +8,132 @@ namespace corvenna {
 
 namespace {
 
-constexpr double MilesPerDegree = 60;
-constexpr double MillisecondsPerHour = 3600000;
+constexpr double MilesPerRadian = 60 * 180 / std::numbers::pi;
+constexpr double SecondsPerHour = 3600;
 
-/// Degrees from one longitude to another, the short way round.
-double LongitudeDifference(double from, double to) { return std::remainder(to - from, 360); }
+constexpr double TaxiGain = 2;          // knots a second
+constexpr double TaxiBrake = 3;         // knots a second
+constexpr double SlowestTaxi = 2;       // knots, on the last feet
+constexpr double TaxiTurn = 25;         // degrees a second
+constexpr double SharpTurn = 15;        // degrees off the line
+constexpr double KnotsInSharpTurn = 8;  // until the nose is round
+
+constexpr double StandardRate = 3;  // degrees a second
+constexpr double AirGain = 3;       // knots a second
+
+double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
+double Degrees(double radians) { return radians * (180 / std::numbers::pi); }
+double Seconds(std::chrono::milliseconds time) { return static_cast<double>(time.count()) / 1000; }
+
+/// The speed from which he can still stop within so many miles.
+double KnotsToStopWithin(double miles) { return std::sqrt(2 * TaxiBrake * SecondsPerHour * miles); }
+
+void MoveTo(AircraftState& aircraft, Place place) {
+    aircraft.Latitude = place.Latitude;
+    aircraft.Longitude = place.Longitude;
+}
+
+double MilesLeft(const AircraftState& aircraft, const Track& track) {
+    double miles = 0;
+    Place from = aircraft.Where();
+    for (std::size_t i = track.Next; i < track.Points.size(); ++i) {
+        miles += MilesBetween(from, track.Points[i]);
+        from = track.Points[i];
+    }
+    return miles;
+}
 
 }  // namespace
 
-bool Advance(AircraftState& aircraft, const Leg& leg, std::chrono::milliseconds time) {
-    const double shrink = std::cos(aircraft.Latitude * (std::numbers::pi / 180));
-    const double north = leg.Latitude - aircraft.Latitude;
-    const double east = LongitudeDifference(aircraft.Longitude, leg.Longitude);
-    const double milesLeft = std::hypot(north, east * shrink) * MilesPerDegree;
-    const double miles = leg.Knots * static_cast<double>(time.count()) / MillisecondsPerHour;
+double MilesBetween(Place from, Place to) {
+    const double north = std::sin(Radians(to.Latitude - from.Latitude) / 2);
+    const double east = std::sin(Radians(to.Longitude - from.Longitude) / 2);
+    const double half =
+        north * north + std::cos(Radians(from.Latitude)) * std::cos(Radians(to.Latitude)) * east * east;
+    return 2 * std::asin(std::sqrt(std::min(half, 1.0))) * MilesPerRadian;
+}
 
-    if (milesLeft > 0) {
-        const double course = std::atan2(east * shrink, north) * (180 / std::numbers::pi);
-        aircraft.HeadingTrue = course < 0 ? course + 360 : course;
+double CourseTo(Place from, Place to) {
+    const double east = Radians(to.Longitude - from.Longitude);
+    const double y = std::sin(east) * std::cos(Radians(to.Latitude));
+    const double x = std::cos(Radians(from.Latitude)) * std::sin(Radians(to.Latitude)) -
+                     std::sin(Radians(from.Latitude)) * std::cos(Radians(to.Latitude)) * std::cos(east);
+    return WholeCircle(Degrees(std::atan2(y, x)));
+}
+
+Place PlaceBeyond(Place from, double course, double miles) {
+    const double way = miles / MilesPerRadian;
+    const double latitude = Radians(from.Latitude);
+    const double sine =
+        std::sin(latitude) * std::cos(way) + std::cos(latitude) * std::sin(way) * std::cos(Radians(course));
+    const double east = std::atan2(std::sin(Radians(course)) * std::sin(way) * std::cos(latitude),
+                                   std::cos(way) - std::sin(latitude) * sine);
+    return {Degrees(std::asin(std::clamp(sine, -1.0, 1.0))),
+            std::remainder(from.Longitude + Degrees(east), 360)};
+}
+
+double TurnFrom(double heading, double to) { return std::remainder(to - heading, 360); }
+
+double WholeCircle(double heading) {
+    const double rest = std::fmod(heading, 360);
+    return rest < 0 ? std::fmod(rest + 360, 360) : rest;
+}
+
+double Approached(double x, double goal, double atMost) { return x + std::clamp(goal - x, -atMost, atMost); }
+
+// ---- On wheels
+
+bool Taxi(AircraftState& aircraft, Track& track, double knots, std::chrono::milliseconds time) {
+    const double seconds = Seconds(time);
+    if (track.Next >= track.Points.size()) {
+        aircraft.Knots = Approached(aircraft.Knots, 0, TaxiBrake * seconds);
+        return aircraft.Knots == 0;
     }
-    if (miles >= milesLeft) {
-        aircraft.Latitude = leg.Latitude;
-        aircraft.Longitude = leg.Longitude;
-        aircraft.AltitudeFeet = leg.AltitudeFeet;
-        return true;
+    const double course = CourseTo(aircraft.Where(), track.Points[track.Next]);
+    const double off = TurnFrom(aircraft.HeadingTrue, course);
+    double limit = std::min(knots, KnotsToStopWithin(MilesLeft(aircraft, track)));
+    if (std::abs(off) > SharpTurn) limit = std::min(limit, KnotsInSharpTurn);
+    if (knots > 0) limit = std::max(limit, SlowestTaxi);
+    aircraft.Knots = limit < aircraft.Knots ? Approached(aircraft.Knots, limit, TaxiBrake * seconds)
+                                            : Approached(aircraft.Knots, limit, TaxiGain * seconds);
+    double miles = aircraft.Knots * seconds / SecondsPerHour;
+    if (miles > 0) {
+        aircraft.HeadingTrue =
+            WholeCircle(aircraft.HeadingTrue + std::clamp(off, -TaxiTurn * seconds, TaxiTurn * seconds));
     }
-    const double part = miles / milesLeft;
-    aircraft.Latitude += north * part;
-    aircraft.Longitude = LongitudeDifference(0, aircraft.Longitude + east * part);
-    aircraft.AltitudeFeet += (leg.AltitudeFeet - aircraft.AltitudeFeet) * part;
-    return false;
+    while (miles > 0 && track.Next < track.Points.size()) {
+        const Place goal = track.Points[track.Next];
+        const double left = MilesBetween(aircraft.Where(), goal);
+        if (left <= miles) {
+            MoveTo(aircraft, goal);
+            ++track.Next;
+        } else {
+            MoveTo(aircraft, PlaceBeyond(aircraft.Where(), CourseTo(aircraft.Where(), goal), miles));
+        }
+        miles -= left;
+    }
+    if (track.Next < track.Points.size()) return false;
+    aircraft.Knots = 0;
+    return true;
+}
+
+// ---- In the air
+
+void Steer(AircraftState& aircraft, const Steering& steering, std::chrono::milliseconds time) {
+    const double seconds = Seconds(time);
+    double turn = TurnFrom(aircraft.HeadingTrue, steering.HeadingTrue);
+    const double most = StandardRate * seconds;
+    if (std::abs(turn) > most) {
+        if (steering.Way == Turn::Left && turn > 0) turn -= 360;
+        if (steering.Way == Turn::Right && turn < 0) turn += 360;
+    }
+    aircraft.HeadingTrue = WholeCircle(aircraft.HeadingTrue + std::clamp(turn, -most, most));
+    aircraft.Knots = Approached(aircraft.Knots, steering.Knots, AirGain * seconds);
+    const double rate = steering.AltitudeFeet > aircraft.AltitudeFeet ? steering.ClimbFeetPerMinute
+                                                                      : steering.DescentFeetPerMinute;
+    aircraft.AltitudeFeet = Approached(aircraft.AltitudeFeet, steering.AltitudeFeet, rate * seconds / 60);
+    MoveTo(aircraft,
+           PlaceBeyond(aircraft.Where(), aircraft.HeadingTrue, aircraft.Knots * seconds / SecondsPerHour));
 }
 
 }  // namespace corvenna

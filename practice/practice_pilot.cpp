@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int32_t Everybody = 0;
 constexpr std::string_view FormalName = "Player";
-constexpr std::string_view AcknowledgeLabel = "Acknowledge";
+constexpr std::string_view AcknowledgeLabels[] = {"Acknowledge", "Report traffic in sight"};
 constexpr std::string_view SayAgainReply = "R";
 
 }  // namespace
@@ -34,6 +34,10 @@ void PracticePilot::Step(std::chrono::milliseconds now) {
     }
     ReceiveAll(now);
     if (stage_ == Stage::Flying) {
+        if (flight_) {
+            flight_->Move(now - lastRun_);
+            aircraft_ = flight_->Aircraft();
+        }
         TellPosition(now);
         RunScript(now);
     }
@@ -118,6 +122,7 @@ void PracticePilot::EnterRefuseParamsGroup() {
 void PracticePilot::OnText(std::string text, std::chrono::milliseconds now) {
     if (events_.Heard) events_.Heard(script_.Name, text);
     if (!IsAddressedTo(text, script_.Name)) return;
+    if (flight_) flight_->Hear(text);
     standingText_ = std::move(text);
     heardAt_ = now;
     answered_ = false;
@@ -148,9 +153,13 @@ void PracticePilot::RunScript(std::chrono::milliseconds now) {
 /// An instruction is acknowledged whatever the script says next.
 bool PracticePilot::Acknowledge(std::chrono::milliseconds now) {
     if (answered_ || now - heardAt_ < ThinkingTime) return false;
-    const auto reply = ReplyFor(standingText_, AcknowledgeLabel, airportCode_);
-    if (reply) Say(*reply);
-    return reply.has_value();
+    for (const std::string_view label : AcknowledgeLabels) {
+        if (const auto reply = ReplyFor(standingText_, label, airportCode_)) {
+            Say(*reply);
+            return true;
+        }
+    }
+    return false;
 }
 
 bool PracticePilot::Done(const Choose& step, std::chrono::milliseconds now) {
@@ -161,16 +170,41 @@ bool PracticePilot::Done(const AskAgain& /*step*/, std::chrono::milliseconds now
     return AnswerTaken(standingText_.empty() ? std::nullopt : std::optional<std::string>(SayAgainReply), now);
 }
 
-bool PracticePilot::Done(const Await& step, std::chrono::milliseconds now) {
-    return ContainsIgnoringCase(standingText_, step.Words) || now - stepBegan_ >= step.AtMost;
-}
-
-bool PracticePilot::Done(const Travel& step, std::chrono::milliseconds now) {
-    return Advance(aircraft_, step.To, now - lastRun_);
+bool PracticePilot::Done(const Fly& step, std::chrono::milliseconds now) {
+    if (!flight_) flight_.emplace(step.Chart, step.Plan, aircraft_);
+    AnswerInFlight(now);
+    if (!flight_->IsOver()) return false;
+    flight_.reset();
+    return true;
 }
 
 bool PracticePilot::Done(const Linger& step, std::chrono::milliseconds now) {
     return now - stepBegan_ >= step.Time;
+}
+
+void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
+    if (!answered_ && now - heardAt_ >= ThinkingTime) {
+        for (const std::string& label : flight_->WantedLabels()) {
+            const auto reply = ReplyFor(standingText_, label, airportCode_);
+            if (!reply) continue;
+            Say(*reply);
+            saidAt_ = now;
+            return flight_->Picked(label);
+        }
+    }
+    if (flight_->IsExpecting() && !standingText_.empty() && now - std::max(heardAt_, saidAt_) >= Silence) {
+        Say(RepeatOfOpening().value_or(std::string(SayAgainReply)));
+        saidAt_ = now;
+    }
+}
+
+/// Who is not under service yet can't ask for a repeat: he says his answer again.
+std::optional<std::string> PracticePilot::RepeatOfOpening() const {
+    for (const std::string& label : flight_->WantedLabels()) {
+        auto reply = ReplyFor(standingText_, label, airportCode_);
+        if (reply && reply->starts_with(airportCode_)) return reply;
+    }
+    return std::nullopt;
 }
 
 /// Types the reply once he has had time to think, and is done when he hears the next text.

@@ -12,7 +12,7 @@
 
 #include "link/direct_play_message.h"
 #include "link/session.h"
-#include "practice/motion.h"
+#include "practice/flight_conduct.h"
 
 namespace corvenna {
 
@@ -24,21 +24,18 @@ struct Choose {
 /// Asks for the text that stands to be said again.
 struct AskAgain {};
 
-struct Travel {
-    Leg To;
-};
-
-/// Waits until a text with these words is addressed to him, or for this long.
-struct Await {
-    std::string Words;
-    std::chrono::milliseconds AtMost;
+/// Flies as planned, from where he is, until the flight is over: obeys what he is told and picks what the
+/// flight wants of the menus.
+struct Fly {
+    std::shared_ptr<const AirportChart> Chart;
+    FlightPlan Plan;
 };
 
 struct Linger {
     std::chrono::milliseconds Time;
 };
 
-using PilotStep = std::variant<Choose, AskAgain, Await, Travel, Linger>;
+using PilotStep = std::variant<Choose, AskAgain, Fly, Linger>;
 
 /// What a practice pilot is going to do, step by step.
 struct PilotScript {
@@ -67,6 +64,8 @@ class PracticePilot {
     /// How long he waits to be offered an option, or to be answered, before he goes on without.
     static constexpr std::chrono::milliseconds Patience{20000};
     static constexpr std::chrono::milliseconds PositionInterval{1000};
+    /// In flight, and expecting to hear something: how long he listens before he asks for a repeat.
+    static constexpr std::chrono::milliseconds Silence{30000};
 
     /// The session is not open yet: he joins the first one that it offers under this name.
     PracticePilot(std::unique_ptr<Session> session, std::string sessionName, std::string airportCode,
@@ -83,7 +82,8 @@ class PracticePilot {
     const std::string& Name() const { return script_.Name; }
     bool InSession() const { return stage_ == Stage::Flying; }
     bool Gone() const { return stage_ == Stage::Gone; }
-    const AircraftState& Where() const { return aircraft_; }
+    const AircraftState& Aircraft() const { return aircraft_; }
+    const std::optional<Flight>& TheFlight() const { return flight_; }
 
     /// The last text that was addressed to him; empty before the first.
     const std::string& StandingText() const { return standingText_; }
@@ -103,9 +103,10 @@ class PracticePilot {
     bool Acknowledge(std::chrono::milliseconds now);
     bool Done(const Choose& step, std::chrono::milliseconds now);
     bool Done(const AskAgain& step, std::chrono::milliseconds now);
-    bool Done(const Await& step, std::chrono::milliseconds now);
-    bool Done(const Travel& step, std::chrono::milliseconds now);
+    bool Done(const Fly& step, std::chrono::milliseconds now);
     bool Done(const Linger& step, std::chrono::milliseconds now);
+    void AnswerInFlight(std::chrono::milliseconds now);
+    std::optional<std::string> RepeatOfOpening() const;
     bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);
 
     std::unique_ptr<Session> session_;
@@ -117,11 +118,13 @@ class PracticePilot {
     Stage stage_ = Stage::Waiting;
     std::int32_t id_ = 0;
     AircraftState aircraft_;
+    std::optional<Flight> flight_;  ///< while the step in hand is to fly
     std::string standingText_;
     bool answered_ = false;  ///< whether he has typed something since
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};
+    std::chrono::milliseconds saidAt_{0};
     std::chrono::milliseconds stepBegan_{0};
     std::chrono::milliseconds lastRun_{0};
     std::chrono::milliseconds positionDue_{0};

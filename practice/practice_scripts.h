@@ -5,11 +5,13 @@
 
 namespace corvenna {
 
-/// The script of the n-th practice pilot (from 0) at a station, with arrival time. At a controlled airport
-/// the first of each three departs under visual rules, the second under instrument rules, and the third
-/// arrives through the air; elsewhere all of them announce themselves, under either rules by turns. The same
-/// station and number give the same script.
-PilotScript ScriptOfPilot(const Station& station, int number, std::chrono::milliseconds arrivesAt);
+/// The script of the n-th practice pilot (from 0) at an airport, with arrival time. At a controlled airport
+/// they fly by turns a visual circuit, a round trip under instrument rules, a visual arrival, an arrival
+/// under instrument rules, one with a missed approach, and a departure for good; elsewhere all of them fly a
+/// circuit and announce themselves, under either rules by turns. The same airport and number give the same
+/// script.
+PilotScript ScriptOfPilot(const std::shared_ptr<const AirportChart>& chart, int number,
+                          std::chrono::milliseconds arrivesAt);
 
 /// Somebody who stands at the first parking spot and does nothing by himself.
 PilotScript ScriptOfOnlooker(const Station& station, std::string name);

@@ -7,7 +7,7 @@ namespace corvenna {
 PracticeTraffic::PracticeTraffic(const Station& station,
                                  std::function<std::unique_ptr<Session>()> makeSession,
                                  std::string sessionName, int pilotCount, PilotEvents events)
-    : station_(station),
+    : chart_(std::make_shared<AirportChart>(station)),
       makeSession_(std::move(makeSession)),
       sessionName_(std::move(sessionName)),
       events_(std::move(events)) {
@@ -22,8 +22,8 @@ void PracticeTraffic::Step(std::chrono::milliseconds now) {
 }
 
 std::unique_ptr<PracticePilot> PracticeTraffic::NextPilot(std::chrono::milliseconds arrivesAt) {
-    return std::make_unique<PracticePilot>(makeSession_(), sessionName_, station_.AirportCode,
-                                           ScriptOfPilot(station_, pilotsMade_++, arrivesAt), events_);
+    return std::make_unique<PracticePilot>(makeSession_(), sessionName_, chart_->Code(),
+                                           ScriptOfPilot(chart_, pilotsMade_++, arrivesAt), events_);
 }
 
 }  // namespace corvenna

@@ -19,7 +19,7 @@ class PracticeTraffic {
     static constexpr std::chrono::milliseconds ArrivalInterval{3000};
 
     /// makeSession gives each pilot his own access to the session of that name. The airport's fields of the
-    /// station are read whenever a pilot is sent on his way; after EmptyStation no Step may follow.
+    /// station are read now.
     PracticeTraffic(const Station& station, std::function<std::unique_ptr<Session>()> makeSession,
                     std::string sessionName, int pilotCount, PilotEvents events);
 
@@ -29,7 +29,7 @@ class PracticeTraffic {
   private:
     std::unique_ptr<PracticePilot> NextPilot(std::chrono::milliseconds arrivesAt);
 
-    const Station& station_;
+    std::shared_ptr<const AirportChart> chart_;
     std::function<std::unique_ptr<Session>()> makeSession_;
     std::string sessionName_;
     PilotEvents events_;

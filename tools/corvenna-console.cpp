@@ -32,6 +32,7 @@ struct Options {
     std::optional<std::string> App;
     std::optional<std::string> Data;
     int Pilots = 4;
+    int Speed = 1;
     bool ListAirports = false;
     bool NoColour = false;
 };
@@ -39,10 +40,13 @@ struct Options {
 void AddOptions(CLI::App& app, Options& options) {
     app.add_option("--airport", options.Airport, "Code or label of the airport to control")
         ->capture_default_str();
-    app.add_option("--minutes", options.Minutes, "Leave after so many minutes")
+    app.add_option("--minutes", options.Minutes, "Leave after so many minutes by your clock")
         ->check(CLI::Range(0.0, 100000.0));
     app.add_option("--pilots", options.Pilots, "Number of practice pilots")
         ->check(CLI::Range(0, 100))
+        ->capture_default_str();
+    app.add_option("--speed", options.Speed, "How many times faster time runs, for everybody")
+        ->check(CLI::Range(1, 60))
         ->capture_default_str();
     app.add_option("--callsign", options.Callsign, "The controller's name in the session")
         ->default_str("CODE_Controller");
@@ -67,7 +71,8 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
 
-    PosixTerminal terminal;
+    PosixTerminal keyboard;
+    FasterTerminal terminal(keyboard, options.Speed);
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
     PracticeConsole practice(std::move(station),
                              {.Controller = Utf8ToCodePage(options.Callsign),
@@ -75,7 +80,7 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
                               .Pilots = options.Pilots},
                              printer);
     std::optional<std::chrono::milliseconds> length;
-    if (options.Minutes) length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000));
+    if (options.Minutes) length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
     RunPractice(practice, terminal, length);
 }
 

@@ -4,6 +4,7 @@
 
 #include "practice/practice_host.h"
 #include "practice/practice_session.h"
+#include "support/test_field.h"
 
 namespace corvenna {
 namespace {
@@ -222,40 +223,85 @@ TEST_F(PracticePilotTest, WhatHeIsNotOfferedHeWaitsForUntilHisPatienceEnds) {
     EXPECT_THAT(Controller.Texts(), ElementsAre("2"));
 }
 
-TEST_F(PracticePilotTest, HeAwaitsWordsThatAreMeantForHim) {
-    const auto pilot = AdmittedPilot(Script({Await{"cleared for takeoff", 60s}, AskAgain{}}));
-    Says(FrequencyMenu);
-    pilot->Step(1000ms);
-    Says("N2, Cleared for takeoff on runway 16.");
-    pilot->Step(5000ms);
-    pilot->Step(5100ms);
+TEST_F(PracticePilotTest, TrafficThatIsCalledOutIsInSight) {
+    const auto pilot = AdmittedPilot(Script({Choose{"Something else"}}));
+    Says(
+        "N1, Traffic is 3 miles, two o'clock, 4000 ft, type Piper Cub. Report them in sight. Choose one of "
+        "the "
+        "following options for the ARTCC frequency: 1-Report traffic in sight 2-Report traffic not in sight "
+        "3-Close ATC Services");
+    for (auto now = 1000ms; now < 5000ms; now += 100ms) pilot->Step(now);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("1"));
+}
+
+// ---- In flight
+
+constexpr std::string_view GroundMenu =
+    "N1. Choose one of the following options for the Ground frequency: 1-Request Taxi to Runway 2-Close ATC "
+    "Services";
+constexpr std::string_view TaxiClearance =
+    "N1, Taxi to and hold short runway 16. Contact tower on 119.9 when ready. Choose one of the following "
+    "options for the Ground frequency: 1-Acknowledge 2-Close ATC Services";
+
+class PracticePilotInFlightTest : public PracticePilotTest {
+  protected:
+    PracticePilotInFlightTest() {
+        Pilot = AdmittedPilot(Script({Fly{std::make_shared<AirportChart>(Field.S), {}}}));
+    }
+
+    void StepTo(std::chrono::milliseconds until) {
+        for (; Now <= until; Now += 100ms) Pilot->Step(Now);
+    }
+
+    TestField Field;
+    std::unique_ptr<PracticePilot> Pilot;
+    std::chrono::milliseconds Now{100};
+};
+
+TEST_F(PracticePilotInFlightTest, HePicksWhatTheFlightWants) {
+    StepTo(1000ms);
+    Says(GroundMenu);
+    StepTo(5000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("1"));
+}
+
+TEST_F(PracticePilotInFlightTest, HeObeysWhatIsMeantForHim) {
+    StepTo(1000ms);
+    Says("N2, Taxi to and hold short runway 16.");
+    StepTo(1200ms);
+    EXPECT_EQ(Pilot->TheFlight()->Stage(), FlightStage::AtRamp);
+    Says(TaxiClearance);
+    StepTo(5000ms);
+    EXPECT_EQ(Pilot->TheFlight()->Stage(), FlightStage::TaxiingOut);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("1"));
+    EXPECT_GT(Pilot->Aircraft().Knots, 0);
+}
+
+TEST_F(PracticePilotInFlightTest, AfterHalfAMinuteOfSilenceHeAsksForARepeat) {
+    StepTo(1000ms);
+    Says(FrequencyMenu.substr(0, FrequencyMenu.find(" 2-")));
+    StepTo(31000ms);
     EXPECT_THAT(Controller.Texts(), IsEmpty());
-    Says("N1, Cleared for takeoff on runway 16.");
-    pilot->Step(6000ms);
-    pilot->Step(8000ms);
+    StepTo(31100ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+    StepTo(61000ms);
+    EXPECT_THAT(Controller.Texts(), IsEmpty());
+    StepTo(61200ms);
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
 }
 
-TEST_F(PracticePilotTest, HeAwaitsThemNoLongerThanTold) {
-    const auto pilot = AdmittedPilot(Script({Await{"cleared for takeoff", 60s}, AskAgain{}}));
-    Says(FrequencyMenu);
-    pilot->Step(1000ms);
-    pilot->Step(59999ms);
-    pilot->Step(59999ms);
-    EXPECT_THAT(Controller.Texts(), IsEmpty());
-    pilot->Step(60000ms);
-    pilot->Step(60001ms);
-    EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+TEST_F(PracticePilotInFlightTest, InTheOpeningDialogueHeSaysHisAnswerAgain) {
+    StepTo(1000ms);
+    Says(Welcome);
+    StepTo(30000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("KTST,1"));
+    StepTo(40000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("KTST,1"));
 }
 
-TEST_F(PracticePilotTest, HeTravelsWhenItIsTheTime) {
-    const auto pilot = AdmittedPilot(Script({Linger{10s}, Travel{{48, -122, 3400, 60}}}));
-    pilot->Step(9999ms);
-    EXPECT_EQ(pilot->Where().Latitude, 47);
-    pilot->Step(10000ms);
-    pilot->Step(70000ms);
-    EXPECT_NEAR(pilot->Where().Latitude, 47 + 1.0 / 60, 1e-9);
-    EXPECT_NEAR(pilot->Where().AltitudeFeet, 450, 1e-6);
+TEST_F(PracticePilotInFlightTest, WhoHasNotBeenGreetedDoesNotAskForARepeat) {
+    StepTo(120000ms);
+    EXPECT_THAT(Controller.Texts(), IsEmpty());
 }
 
 TEST_F(PracticePilotTest, WhenTheScriptIsDoneHeLeavesTheSession) {

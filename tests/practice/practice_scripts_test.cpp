@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-bool Wants(const PilotScript& script, std::string_view label) {
+bool Chooses(const PilotScript& script, std::string_view label) {
     return std::any_of(script.Steps.begin(), script.Steps.end(), [&](const PilotStep& step) {
         const auto* choose = std::get_if<Choose>(&step);
         return choose != nullptr && choose->Label == label;
@@ -25,29 +25,35 @@ bool AsksAgain(const PilotScript& script) {
                        [](const PilotStep& step) { return std::holds_alternative<AskAgain>(step); });
 }
 
-TEST(PracticeScripts, TheFirstOfThreeDepartsUnderVisualRules) {
+const FlightPlan& PlanOf(const PilotScript& script) { return std::get<Fly>(script.Steps.back()).Plan; }
+
+PilotScript ScriptAt(const Station& station, int number) {
+    return ScriptOfPilot(std::make_shared<AirportChart>(station), number, 0ms);
+}
+
+TEST(PracticeScripts, TheFirstFliesACircuitUnderVisualRules) {
     const TestField field;
-    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
-    EXPECT_TRUE(Wants(script, "VFR"));
-    EXPECT_TRUE(Wants(script, "Tune Test Field Ground Frequency"));
-    EXPECT_TRUE(Wants(script, "Request Taxi to Runway"));
-    EXPECT_TRUE(Wants(script, "Request VFR Takeoff Clearance"));
+    const PilotScript script = ScriptAt(field.S, 0);
+    EXPECT_TRUE(Chooses(script, "Use ATC services"));
+    EXPECT_TRUE(Chooses(script, "VFR"));
     EXPECT_TRUE(AsksAgain(script));
+    EXPECT_EQ(PlanOf(script).Kind, FlightKind::VisualCircuit);
+    EXPECT_FALSE(PlanOf(script).Instrument);
     EXPECT_EQ(script.Start.AltitudeFeet, 400);
 }
 
-TEST(PracticeScripts, TheSecondDepartsUnderInstrumentRules) {
+TEST(PracticeScripts, TheSecondFliesOutAndBackUnderInstrumentRules) {
     const TestField field;
-    const PilotScript script = ScriptOfPilot(field.S, 1, 0ms);
-    EXPECT_TRUE(Wants(script, "IFR"));
-    EXPECT_TRUE(Wants(script, "Request Taxi IFR"));
-    EXPECT_TRUE(Wants(script, "Request IFR Takeoff Clearance"));
+    const PilotScript script = ScriptAt(field.S, 1);
+    EXPECT_TRUE(Chooses(script, "IFR"));
+    EXPECT_EQ(PlanOf(script).Kind, FlightKind::InstrumentRoundTrip);
+    EXPECT_TRUE(PlanOf(script).Instrument);
 }
 
 TEST(PracticeScripts, TheThirdArrivesTenMilesOutOnTheApproachSide) {
     const TestField field;
-    const PilotScript script = ScriptOfPilot(field.S, 2, 0ms);
-    EXPECT_TRUE(Wants(script, "Tune Test Field Tower Frequency"));
+    const PilotScript script = ScriptAt(field.S, 2);
+    EXPECT_EQ(PlanOf(script).Kind, FlightKind::VisualArrival);
     EXPECT_EQ(script.Start.AltitudeFeet, 2400);
     EXPECT_EQ(DistanceNm(field.S.RunwayLatitude, field.S.RunwayLongitude, script.Start.Latitude,
                          script.Start.Longitude),
@@ -57,44 +63,21 @@ TEST(PracticeScripts, TheThirdArrivesTenMilesOutOnTheApproachSide) {
                 340, 1);
 }
 
-TEST(PracticeScripts, DeparturesLeaveAlongTheRunwayByTrueDegrees) {
+TEST(PracticeScripts, OfTheOthersTwoArriveUnderInstrumentRulesAndOneGoesForGood) {
+    const TestField field;
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 3)).Kind, FlightKind::InstrumentArrival);
+    EXPECT_FALSE(PlanOf(ScriptAt(field.S, 3)).MissesFirstApproach);
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 4)).Kind, FlightKind::InstrumentArrival);
+    EXPECT_TRUE(PlanOf(ScriptAt(field.S, 4)).MissesFirstApproach);
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 5)).Kind, FlightKind::InstrumentDeparture);
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 6)).Kind, FlightKind::VisualCircuit);
+}
+
+TEST(PracticeScripts, CoursesAreTrueDegrees) {
     TestField field;
     field.S.MagVarGrid.assign(MagVarGridSize, 3277);  // 18 degrees east
-    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
-    const auto& last = std::get<Travel>(script.Steps[script.Steps.size() - 2]).To;
-    EXPECT_NEAR(
-        BearingTo(field.S, field.S.RunwayLatitude, field.S.RunwayLongitude, last.Latitude, last.Longitude),
-        field.S.RunwayHeading, 1);
-}
-
-TEST(PracticeScripts, ArrivalsAskForAGateWhereThereAreAny) {
-    TestField field;
-    field.S.AirportParkingSpots = {{"PARKING 1", 50, 47.1, -122.1, 0}};
-    EXPECT_TRUE(Wants(ScriptOfPilot(field.S, 2, 0ms), "Request Taxi to Parking"));
-    field.S.AirportParkingSpots.push_back({"GATE A 1", 50, 47.2, -122.2, 0});
-    EXPECT_TRUE(Wants(ScriptOfPilot(field.S, 2, 0ms), "Request Taxi to Gate"));
-}
-
-TEST(PracticeScripts, DeparturesTaxiToTheHoldingPointNearestToTheThreshold) {
-    TestField field;
-    field.S.AirportTaxiPoints = {
-        {1, 47.0100, -122.0001}, {2, 47.0, -122.001}, {2, 47.009, -122.001}, {2, 47.0, -122.0}};
-    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
-    const auto first = std::find_if(script.Steps.begin(), script.Steps.end(), [](const PilotStep& step) {
-        return std::holds_alternative<Travel>(step);
-    });
-    ASSERT_NE(first, script.Steps.end());
-    EXPECT_EQ(std::get<Travel>(*first).To.Latitude, 47.009);
-}
-
-TEST(PracticeScripts, WithoutAHoldingPointTheyTaxiToTheThreshold) {
-    const TestField field;
-    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
-    const auto first = std::find_if(script.Steps.begin(), script.Steps.end(), [](const PilotStep& step) {
-        return std::holds_alternative<Travel>(step);
-    });
-    ASSERT_NE(first, script.Steps.end());
-    EXPECT_EQ(std::get<Travel>(*first).To.Latitude, field.S.RunwayLatitude);
+    EXPECT_NEAR(PlanOf(ScriptAt(field.S, 1)).OutboundCourse, 160 + 18 + 60, 1);
+    EXPECT_NEAR(PlanOf(ScriptAt(field.S, 3)).OutboundCourse, 160 + 18 - 60, 1);
 }
 
 TEST(PracticeScripts, WithoutATowerEverybodyAnnouncesHimselfUnderEitherRules) {
@@ -102,9 +85,9 @@ TEST(PracticeScripts, WithoutATowerEverybodyAnnouncesHimselfUnderEitherRules) {
     field.S.GroundFrequency.clear();
     field.S.TowerFrequency.clear();
     for (int number : {0, 1, 2, 3}) {
-        const PilotScript script = ScriptOfPilot(field.S, number, 0ms);
-        EXPECT_TRUE(Wants(script, number % 2 == 0 ? "VFR" : "IFR"));
-        EXPECT_TRUE(Wants(script, "Announce Takeoff"));
+        const PilotScript script = ScriptAt(field.S, number);
+        EXPECT_TRUE(Chooses(script, number % 2 == 0 ? "VFR" : "IFR"));
+        EXPECT_EQ(PlanOf(script).Kind, FlightKind::SelfAnnounced);
         EXPECT_TRUE(AsksAgain(script));
     }
 }
@@ -113,20 +96,20 @@ TEST(PracticeScripts, PilotsStandAtParkingSpotsOneAfterTheOther) {
     TestField field;
     field.S.AirportParkingSpots = {{"GATE 1", 50, 47.1, -122.1, 0}, {"GATE 2", 50, 47.2, -122.2, 0}};
     EXPECT_EQ(ScriptOfOnlooker(field.S, "YOU1").Start.Latitude, 47.1);
-    EXPECT_EQ(ScriptOfPilot(field.S, 0, 0ms).Start.Latitude, 47.2);
-    EXPECT_EQ(ScriptOfPilot(field.S, 1, 0ms).Start.Latitude, 47.1);
+    EXPECT_EQ(ScriptAt(field.S, 0).Start.Latitude, 47.2);
+    EXPECT_EQ(ScriptAt(field.S, 1).Start.Latitude, 47.1);
 }
 
 TEST(PracticeScripts, WithoutParkingTheyStandInTheMiddle) {
     const TestField field;
-    EXPECT_EQ(ScriptOfPilot(field.S, 0, 0ms).Start.Latitude, field.S.AirportLatitude);
-    EXPECT_EQ(ScriptOfPilot(field.S, 0, 0ms).Start.Longitude, field.S.AirportLongitude);
+    EXPECT_EQ(ScriptAt(field.S, 0).Start.Latitude, field.S.AirportLatitude);
+    EXPECT_EQ(ScriptAt(field.S, 0).Start.Longitude, field.S.AirportLongitude);
 }
 
 TEST(PracticeScripts, CallsignsDifferAndNoneBeginsAnother) {
     const TestField field;
     std::set<std::string> names;
-    for (int number = 0; number < 1000; ++number) names.insert(ScriptOfPilot(field.S, number, 0ms).Name);
+    for (int number = 0; number < 1000; ++number) names.insert(ScriptAt(field.S, number).Name);
     ASSERT_EQ(names.size(), 1000u);
     for (auto name = names.begin(), next = std::next(name); next != names.end(); ++name, ++next) {
         EXPECT_FALSE(next->starts_with(*name));

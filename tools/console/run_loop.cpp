@@ -17,6 +17,11 @@ std::string_view WithoutBlanks(std::string_view line) {
 
 }  // namespace
 
+/// Rounded up: who wakes too early would only have to wait again.
+TerminalInput FasterTerminal::Wait(std::chrono::milliseconds atMost) {
+    return terminal_.Wait((atMost + std::chrono::milliseconds(speed_ - 1)) / speed_);
+}
+
 void RunPractice(PracticeConsole& practice, Terminal& terminal,
                  std::optional<std::chrono::milliseconds> length) {
     while (!practice.Over()) {

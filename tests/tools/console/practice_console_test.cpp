@@ -124,6 +124,65 @@ TEST_F(PracticeConsoleTest, PilotsLeaveAndOthersFollow) {
     EXPECT_GT(Practice->PilotsServed(), 3u);
 }
 
+// ---- Whole flights
+
+/// Which texts a pilot heard and typed, one after the other, without times and frequencies.
+std::vector<std::string> RadioOf(std::string_view name, const std::vector<std::string>& lines) {
+    std::vector<std::string> radio;
+    for (const auto& line : lines) {
+        const auto at = line.find(name);
+        if (at != std::string::npos) radio.push_back(line.substr(at));
+    }
+    return radio;
+}
+
+/// Whether texts with these words come in this order.
+bool ComeInOrder(const std::vector<std::string>& lines, std::initializer_list<std::string_view> words) {
+    auto line = lines.begin();
+    for (const auto word : words) {
+        line = std::find_if(line, lines.end(),
+                            [&](const auto& text) { return text.find(word) != std::string::npos; });
+        if (line == lines.end()) {
+            ADD_FAILURE() << "nothing said: " << word;
+            return false;
+        }
+        ++line;
+    }
+    return true;
+}
+
+TEST_F(PracticeConsoleTest, AVisualCircuitLeadsFromRampToRamp) {
+    Open("KSEA", 1);
+    RunTo(30min);
+    EXPECT_TRUE(ComeInOrder(RadioOf("N101CV", Lines()),
+                            {"1-Request Taxi to Runway", "Taxi to and hold short runway 16L using taxiway",
+                             "Tune Seattle-Tacoma Intl Tower", "Cleared for takeoff", "Enter left downwind",
+                             "You are cleared to land on runway 16L. Number 1", "Exit runway when able",
+                             "Contact Ground", "Taxi to GATE", "Report us when you are parked", "Welcome"}));
+    EXPECT_EQ(Record("N101CV"), nullptr);
+}
+
+TEST_F(PracticeConsoleTest, AnInstrumentFlightLeadsFromRampToRamp) {
+    Open("KSEA", 2);
+    RunTo(70min);
+    EXPECT_TRUE(ComeInOrder(
+        RadioOf("N114CV", Lines()),
+        {"1-Request Taxi IFR", "Taxi to and hold short runway 16L", "Cleared for takeoff",
+         "Contact Departure", "Contact ARTCC", "assume own navigation", "What is your destination airport",
+         "expect vectors", "Turn ", "Contact approach frequency", "Cleared for the ILS runway 16L approach",
+         "You are cleared to land", "Exit runway when able", "Contact Ground", "Taxi to GATE",
+         "Report us when you are parked", "Welcome"}));
+    EXPECT_EQ(Record("N114CV"), nullptr);
+}
+
+TEST_F(PracticeConsoleTest, WithoutATowerACircuitIsAnnouncedStepByStep) {
+    Open("KFHR", 1);
+    RunTo(20min);
+    EXPECT_TRUE(ComeInOrder(RadioOf("N101CV", Lines()),
+                            {"taxiing to runway 16", "takingoff, runway 16", " miles, ", "landing, runway 16",
+                             "taxiing to gate or parking", "Welcome"}));
+}
+
 // ---- Who is there
 
 TEST_F(PracticeConsoleTest, TheControllerIsInTheSessionAndMonitors) {

@@ -104,5 +104,19 @@ TEST_F(RunLoopTest, LinesThatComeWithTheEndOfTheInputAreKeptWhenItGoesOn) {
     EXPECT_THAT(LinesOf(Out), Contains(EndsWith("YOU1: KSEA,1")));
 }
 
+TEST_F(RunLoopTest, OnAFasterTerminalAllTimeRunsFaster) {
+    FasterTerminal faster(Screen, 20);
+    RunPractice(Practice, faster, 60000ms);
+    EXPECT_EQ(Screen.Now(), 3000ms);
+    EXPECT_THAT(LinesOf(Out).back(), StartsWith("01:00          The session is left. Pilots served: 1"));
+}
+
+TEST_F(RunLoopTest, AFasterTerminalIsNotWokenTooEarly) {
+    FasterTerminal faster(Screen, 60);
+    faster.Wait(100ms);
+    EXPECT_EQ(Screen.Now(), 2ms);
+    EXPECT_EQ(faster.Now(), 120ms);
+}
+
 }  // namespace
 }  // namespace corvenna

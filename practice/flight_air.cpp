@@ -1,0 +1,153 @@
+#include <algorithm>
+#include <cmath>
+
+#include "practice/flight_conduct.h"
+
+namespace corvenna {
+
+namespace {
+
+constexpr double FeetPerMileOnGlide = 318;  // three degrees
+constexpr double CrossingFeet = 50;         // over the threshold
+constexpr double FlareRate = 450;           // feet a minute
+constexpr double LowestUncleared = 500;     // feet above the field
+constexpr double PatternFeet = 1000;        // above the field
+constexpr double CrosswindFeet = 500;       // above the field: the first turn of a circuit
+constexpr double OwnWayFeet = 1500;         // above the field: the first turn of a departure
+constexpr double DownwindMiles = 2;         // beside the runway
+constexpr double BaseMiles = 3.2;           // before the threshold
+constexpr double TurnLeadMiles = 0.4;
+constexpr double InterceptFeet = 2500;  // above the field, when nobody has said
+constexpr double OwnFixMiles = 9;       // before the threshold: where he goes without vectors
+constexpr double SlowMiles = 20;
+constexpr double CloseMiles = 0.6;   // before the threshold: by then all must fit
+constexpr double TooHighFeet = 350;  // above the glide path
+constexpr double BesideMiles = 0.1;  // off the centreline
+constexpr double MissedMiles = 1.2;  // before the threshold
+                                     // above the glide close in
+
+}  // namespace
+
+void Flight::SteerTo(double heading, double altitudeFeet, double knots, std::chrono::milliseconds time,
+                     Turn way) {
+    const Performance& own = plan_.Aircraft;
+    Steer(aircraft_, {heading, way, altitudeFeet, knots, own.ClimbRate, own.DescentRate}, time);
+}
+
+void Flight::MoveInAir(std::chrono::milliseconds time) {
+    switch (stage_) {
+        case FlightStage::ClimbingOut:
+        case FlightStage::GoingAround:
+            return ClimbOut(time);
+        case FlightStage::Outbound:
+            return FlyOutbound(time);
+        case FlightStage::Circuit:
+            return FlyCircuit(time);
+        case FlightStage::OnApproach:
+        case FlightStage::Final:
+            return FlyFinal(time);
+        default:
+            return FlyInbound(time);
+    }
+}
+
+/// Straight ahead until it is high enough to turn.
+void Flight::ClimbOut(std::chrono::milliseconds time) {
+    const bool missed = stage_ == FlightStage::GoingAround;
+    const bool circuit = !plan_.Instrument || plan_.Kind == FlightKind::SelfAnnounced;
+    const double top = chart_->ElevationFeet() + (circuit  ? PatternFeet
+                                                  : missed ? InterceptFeet
+                                                           : OwnWayFeet);
+    SteerTo(chart_->RunwayTrue(), top, plan_.Aircraft.ClimbKnots, time);
+    if (circuit) {
+        const bool past = chart_->SeenFromRunway(aircraft_.Where()).Along > chart_->RunwayMiles();
+        if (FeetAboveField() >= CrosswindFeet && past) EnterCircuit(-1, false);
+    } else if (missed) {
+        if (hasVector_) Enter(FlightStage::Inbound);
+    } else if (FeetAboveField() >= OwnWayFeet) {
+        Enter(FlightStage::Outbound);
+    }
+}
+
+void Flight::FlyOutbound(std::chrono::milliseconds time) {
+    SteerTo(plan_.OutboundCourse, plan_.CruiseFeet, plan_.Aircraft.CruiseKnots, time);
+    if (plan_.Kind == FlightKind::InstrumentRoundTrip && MilesOut() >= plan_.TurnBackMiles) {
+        Enter(FlightStage::Leaving);
+    }
+    constexpr double Reach = 202;
+    if (MilesOut() >= Reach) Enter(FlightStage::Over);
+}
+
+/// By vectors; without them to a fix before the runway.
+void Flight::FlyInbound(std::chrono::milliseconds time) {
+    const Place fix = plan_.Instrument ? chart_->FromRunway({-OwnFixMiles, 0}) : chart_->Threshold();
+    const double heading = hasVector_ ? heading_ : CourseTo(aircraft_.Where(), fix);
+    const double own = std::max(aircraft_.AltitudeFeet > chart_->ElevationFeet() + InterceptFeet &&
+                                        MilesBetween(aircraft_.Where(), fix) > SlowMiles
+                                    ? aircraft_.AltitudeFeet
+                                    : chart_->ElevationFeet() + InterceptFeet,
+                                0.0);
+    const double visual = chart_->ElevationFeet() + PatternFeet;
+    const double altitude = hasAltitude_ ? altitude_ : plan_.Instrument ? own : visual;
+    const double knots = MilesOut() > SlowMiles ? plan_.Aircraft.CruiseKnots : plan_.Aircraft.PatternKnots;
+    SteerTo(heading, altitude, knots, time, hasVector_ ? way_ : Turn::Shorter);
+    if (std::abs(TurnFrom(aircraft_.HeadingTrue, heading)) < 1) way_ = Turn::Shorter;
+}
+
+/// From where he is: along the downwind leg of a side (-1 left, 1 right), or straight to base or final.
+void Flight::EnterCircuit(double side, bool fromBase) {
+    const RunwayPlace seen = chart_->SeenFromRunway(aircraft_.Where());
+    legs_.clear();
+    steepest_ = 80;
+    if (!fromBase) {
+        const double abeam = std::clamp(seen.Along + DownwindMiles / 2, -1.0, chart_->RunwayMiles() + 2);
+        legs_.push_back(chart_->FromRunway({abeam, side * DownwindMiles}));
+        legs_.push_back(chart_->FromRunway({-BaseMiles, side * DownwindMiles}));
+    } else if (std::abs(seen.Right) > DownwindMiles) {
+        legs_.push_back(chart_->FromRunway({-BaseMiles - 0.5, side * DownwindMiles / 2}));
+    }
+    Enter(FlightStage::Circuit);
+}
+
+void Flight::FlyCircuit(std::chrono::milliseconds time) {
+    if (legs_.empty()) {
+        Enter(FlightStage::Final);
+        return FlyFinal(time);
+    }
+    const double pattern = chart_->ElevationFeet() + PatternFeet;
+    SteerTo(CourseTo(aircraft_.Where(), legs_.front()), pattern, plan_.Aircraft.PatternKnots, time);
+    if (MilesBetween(aircraft_.Where(), legs_.front()) < TurnLeadMiles) legs_.erase(legs_.begin());
+}
+
+/// Onto the extended centreline and down the glide path, which is never climbed to.
+void Flight::FlyFinal(std::chrono::milliseconds time) {
+    const RunwayPlace seen = chart_->SeenFromRunway(aircraft_.Where());
+    const double field = chart_->ElevationFeet();
+    const double toGo = -seen.Along;
+    const double off = std::clamp(-90 * seen.Right, -steepest_, steepest_);
+    const bool landing = clearedToLand_ || plan_.Kind == FlightKind::SelfAnnounced;
+    const double hold = hasAltitude_ ? altitude_ : aircraft_.AltitudeFeet;
+    const double glide = field + CrossingFeet + FeetPerMileOnGlide * std::max(toGo, 0.0);
+    double goal = std::min(std::max(hold, field), glide);
+    if (!landing) goal = std::max(goal, field + LowestUncleared);
+    if (landing && toGo <= 0) goal = field;
+    const double knots = toGo < 5 ? plan_.Aircraft.FinalKnots : plan_.Aircraft.PatternKnots;
+    const double sink = toGo <= 0 ? FlareRate : std::max(plan_.Aircraft.DescentRate, 1500.0);
+    Steer(aircraft_, {chart_->RunwayTrue() + off, Turn::Shorter, goal, knots, plan_.Aircraft.ClimbRate, sink},
+          time);
+    if (aircraft_.AltitudeFeet <= field && toGo <= 0) return Enter(FlightStage::RollingOut);
+    const bool high = aircraft_.AltitudeFeet > glide + TooHighFeet;
+    const bool unable = toGo < CloseMiles && (!landing || high || std::abs(seen.Right) > BesideMiles);
+    const bool misses = plan_.MissesFirstApproach && !missed_ && landing && toGo < MissedMiles;
+    if (unable || misses) GoAround();
+}
+
+void Flight::GoAround() {
+    missed_ = true;
+    clearedToLand_ = false;
+    hasVector_ = false;
+    hasAltitude_ = false;
+    if (stage_ != FlightStage::Circuit) Enter(FlightStage::GoingAround);
+}
+
+}  // namespace corvenna

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "practice/flight_chart.h"
+#include "practice/flight_phrases.h"
+#include "practice/flight_plan.h"
+
+namespace corvenna {
+
+/// What a pilot is about.
+enum class FlightStage {
+    AtRamp,
+    TaxiingOut,
+    HoldingShort,
+    AwaitingTakeoff,
+    LiningUp,
+    TakingOff,
+    ClimbingOut,
+    Outbound,
+    Leaving,  ///< gives up the service of the way out before he turns back
+    Inbound,
+    OnApproach,
+    Circuit,
+    Final,
+    GoingAround,
+    RollingOut,
+    Vacating,
+    Vacated,
+    TaxiingIn,
+    Parked,
+    Reported,
+    Over,
+};
+
+/// One flight from its beginning to its end: moves the aircraft, obeys what is heard, and knows which
+/// option of a menu he would like to have. Has no radio and no clock of its own. One thread.
+class Flight {
+  public:
+    Flight(std::shared_ptr<const AirportChart> chart, const FlightPlan& plan, const AircraftState& start);
+
+    /// Obeys the instructions in a text that was meant for him.
+    void Hear(std::string_view text);
+
+    /// Lets so much time pass.
+    void Move(std::chrono::milliseconds time);
+
+    /// The labels that he would pick now, best first; those of the opening dialogue among them.
+    std::vector<std::string> WantedLabels() const;
+
+    /// Told which of them he has picked.
+    void Picked(std::string_view label);
+
+    /// Whether silence is a reason to ask for a repeat: he waits for something to be offered or said.
+    bool IsExpecting() const;
+
+    FlightStage Stage() const { return stage_; }
+    bool IsOver() const;
+    const AircraftState& Aircraft() const { return aircraft_; }
+    bool Holding() const { return holding_; }
+
+  private:
+    void Enter(FlightStage stage);
+    void Obey(const Instruction& instruction);
+    void MoveOnce(std::chrono::milliseconds time);
+    bool IsFlying() const;
+
+    // On the ground: flight_ground.cpp
+    void StartTaxiOut(const Instruction& clearance);
+    void StartTaxiIn(const Instruction& clearance);
+    void StartTaxiInUncleared();
+    void MoveOnGround(std::chrono::milliseconds time);
+    double TaxiSpeed() const;
+    void RollForTakeoff(std::chrono::milliseconds time);
+    void RollOut(std::chrono::milliseconds time);
+
+    // In the air: flight_air.cpp
+    void MoveInAir(std::chrono::milliseconds time);
+    void EnterCircuit(double side, bool fromBase);
+    void GoAround();
+    void ClimbOut(std::chrono::milliseconds time);
+    void FlyOutbound(std::chrono::milliseconds time);
+    void FlyInbound(std::chrono::milliseconds time);
+    void FlyCircuit(std::chrono::milliseconds time);
+    void FlyFinal(std::chrono::milliseconds time);
+    void SteerTo(double heading, double altitudeFeet, double knots, std::chrono::milliseconds time,
+                 Turn way = Turn::Shorter);
+    double FeetAboveField() const { return aircraft_.AltitudeFeet - chart_->ElevationFeet(); }
+    double MilesOut() const { return MilesBetween(chart_->Middle(), aircraft_.Where()); }
+
+    std::shared_ptr<const AirportChart> chart_;
+    FlightPlan plan_;
+    AircraftState aircraft_;
+    FlightStage stage_ = FlightStage::AtRamp;
+    std::chrono::milliseconds inStage_{0};
+    bool announced_ = false;  ///< whether he has said in this stage what he is about
+
+    // On the ground
+    Place ramp_;
+    Track track_;
+    std::vector<Place> lineUp_;
+    bool holding_ = false;
+
+    // In the air
+    std::vector<Place> legs_;  ///< of the circuit, up to the turn to final
+    bool hasVector_ = false;   ///< whether heading_ holds
+    double heading_ = 0;       ///< assigned, true
+    Turn way_ = Turn::Shorter;
+    bool hasAltitude_ = false;
+    double altitude_ = 0;   ///< assigned
+    double steepest_ = 45;  ///< degrees at which the final is intercepted
+    bool askedToLand_ = false;
+    bool clearedToLand_ = false;
+    bool missed_ = false;
+};
+
+}  // namespace corvenna
