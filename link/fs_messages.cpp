@@ -11,10 +11,14 @@ constexpr double RawLatitudeOfPole = 10001750.0;
 constexpr double RawLongitudeCircle = 4294967296.0;
 constexpr double MetresPerFoot = 0.3048;
 
-constexpr std::int32_t PositionPayload = 34;
+constexpr std::int32_t PositionPayload = 34;  // of the short form
 constexpr int UnusedLongs = 3;
 constexpr int MoreUnusedLongs = 7;
 constexpr int UnusedShorts = 3;
+
+int LeadingLongs(std::int32_t messageId) {
+    return messageId == MessageId::PositionLong ? MoreUnusedLongs : UnusedLongs;
+}
 
 DirectPlayMessage WriteHeader(std::int32_t messageId, std::int32_t payloadSize) {
     DirectPlayMessage message;
@@ -60,8 +64,7 @@ MessageHeader ReadHeader(DirectPlayMessage& message) {
 }
 
 PositionReport ReadPosition(DirectPlayMessage& message, std::int32_t messageId) {
-    const int leading = messageId == MessageId::PositionLong ? MoreUnusedLongs : UnusedLongs;
-    for (int i = 0; i < leading; ++i) message.ReadLong();
+    for (int i = LeadingLongs(messageId); i > 0; --i) message.ReadLong();
     PositionReport report;
     report.PackedAttitude = message.ReadLong();
     report.RawLatitude = message.ReadLong();
@@ -103,9 +106,10 @@ DirectPlayMessage WriteAircraft(std::string_view text) {
     return message;
 }
 
-DirectPlayMessage WritePosition(const PositionReport& report) {
-    DirectPlayMessage message = WriteHeader(MessageId::Position, PositionPayload);
-    for (int i = 0; i < UnusedLongs; ++i) message.WriteLong(0);
+DirectPlayMessage WritePosition(const PositionReport& report, std::int32_t messageId) {
+    const int leading = LeadingLongs(messageId);
+    DirectPlayMessage message = WriteHeader(messageId, PositionPayload + (leading - UnusedLongs) * 4);
+    for (int i = 0; i < leading; ++i) message.WriteLong(0);
     message.WriteLong(report.PackedAttitude);
     message.WriteLong(report.RawLatitude);
     message.WriteLong(report.RawLongitude);

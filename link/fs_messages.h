@@ -79,8 +79,8 @@ DirectPlayMessage WriteChat(std::string_view text);
 /// Kind 0, the text, and the zero byte that ReadAircraft asks for.
 DirectPlayMessage WriteAircraft(std::string_view text);
 
-/// The short form, every unused field 0.
-DirectPlayMessage WritePosition(const PositionReport& report);
+/// A Position or a PositionLong, every unused field 0.
+DirectPlayMessage WritePosition(const PositionReport& report, std::int32_t messageId = MessageId::Position);
 
 /// A position in degrees, feet and degrees true put into the units of the wire.
 /// Throws std::overflow_error for what does not fit.

@@ -33,6 +33,10 @@ struct SessionRecord {
     std::int32_t MaxPlayers = 0;
     std::int32_t CurrentPlayers = 0;
     std::string GuidInstance;  ///< which session of those found
+
+    // For who wants to see more of it.
+    std::uint32_t Flags = 0;  ///< as the host gave them
+    std::string Host;         ///< address and port of the host
 };
 
 /// An entry of the enumeration of players or groups.
@@ -92,6 +96,15 @@ class Session {
     /// Sends from a player of one's own to a player, a group, or (0) to everybody else. Delivery is
     /// guaranteed and in order. A message to somebody who has gone is dropped without a word.
     virtual void Send(std::int32_t from, std::int32_t to, const DirectPlayMessage& message) = 0;
+
+    /// As Send, for what is soon sent anew: such a message may be lost, or overtaken.
+    virtual void SendUnguaranteed(std::int32_t from, std::int32_t to, const DirectPlayMessage& message) {
+        Send(from, to, message);
+    }
+
+    /// What happened in the session that the operator may want to read, a line each, oldest first. Each is
+    /// told once; only so many are kept. Also before Open and after Close.
+    virtual std::vector<std::string> TakeNotices() { return {}; }
 };
 
 /// Where sessions come from: the root object of the session layer.

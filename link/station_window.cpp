@@ -49,10 +49,6 @@ void StationWindow::Load() {
     console_.ConnectionTimer = true;
     console_.RefreshPlayers = true;
     ClearTraffic(station_);
-    for (GeoPoint* fix : {&station_.LeftDownwindFix, &station_.RightDownwindFix, &station_.LeftBaseFix,
-                          &station_.RightBaseFix, &station_.FinalFix}) {
-        *fix = GeoPoint{};  // those of an earlier station must not steer anybody here
-    }
     loaded_ = true;
     Tell(events_.Repaint);
 }

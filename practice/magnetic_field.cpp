@@ -22,6 +22,8 @@ constexpr double NearestToPole = 89.999;  // degrees; at the pole itself east an
 constexpr double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
 constexpr double Degrees(double radians) { return radians * (180 / std::numbers::pi); }
 
+using ByDegree = std::array<double, HighestDegree + 1>;
+
 /// A place on the ellipsoid as seen from the Earth's centre.
 struct Geocentric {
     double RadiusKm;
@@ -44,7 +46,7 @@ Geocentric FromGeodetic(double latitude, double equatorRadiusKm, double poleRadi
 
 /// Schmidt semi-normalised Legendre functions of the colatitude, and their derivatives by it.
 struct SchmidtFunctions {
-    using Table = std::array<std::array<double, HighestDegree + 1>, HighestDegree + 1>;
+    using Table = std::array<ByDegree, HighestDegree + 1>;
     Table P{};
     Table Derivative{};
 
@@ -77,6 +79,27 @@ struct SchmidtFunctions {
         Derivative[row][column] -= before * Derivative[row - 2][column] / norm;
     }
 };
+
+/// The waves around the axis, by order.
+struct Turns {
+    ByDegree Cosine{};
+    ByDegree Sine{};
+
+    Turns(int maxDegree, double longitude) {
+        for (int m = 0; m <= maxDegree; ++m) {
+            Cosine[static_cast<std::size_t>(m)] = std::cos(m * Radians(longitude));
+            Sine[static_cast<std::size_t>(m)] = std::sin(m * Radians(longitude));
+        }
+    }
+};
+
+/// How much of each degree is left so far out: the ratio of the radii to the power of the degree plus 2.
+ByDegree FallWithHeight(int maxDegree, double ratio) {
+    ByDegree fall{};
+    fall[0] = ratio * ratio;
+    for (std::size_t n = 1; n <= static_cast<std::size_t>(maxDegree); ++n) fall[n] = fall[n - 1] * ratio;
+    return fall;
+}
 
 void ReadBoth(const JsonValue& json, double (&values)[2]) {
     const auto elements = json.Elements();
@@ -119,6 +142,8 @@ double MagneticField::Declination(double latitude, double longitude, double year
     const Geocentric place =
         FromGeodetic(std::clamp(latitude, -NearestToPole, NearestToPole), equatorRadiusKm_, poleRadiusKm_);
     const SchmidtFunctions schmidt(maxDegree_, place.CosColatitude, place.SinColatitude);
+    const Turns around(maxDegree_, longitude);
+    const ByDegree fall = FallWithHeight(maxDegree_, referenceRadiusKm_ / place.RadiusKm);
     const double late = (year - firstYear_) / (lastYear_ - firstYear_);
 
     double north = 0;  // the field's components in the geocentric frame
@@ -129,12 +154,11 @@ double MagneticField::Declination(double latitude, double longitude, double year
         const auto m = static_cast<std::size_t>(harmonic.Order);
         const double g = harmonic.G[0] + late * (harmonic.G[1] - harmonic.G[0]);
         const double h = harmonic.H[0] + late * (harmonic.H[1] - harmonic.H[0]);
-        const double cosine = std::cos(harmonic.Order * Radians(longitude));
-        const double sine = std::sin(harmonic.Order * Radians(longitude));
-        const double fall = std::pow(referenceRadiusKm_ / place.RadiusKm, harmonic.Degree + 2);
-        north += fall * (g * cosine + h * sine) * schmidt.Derivative[n][m];
-        east += fall * harmonic.Order * (g * sine - h * cosine) * schmidt.P[n][m] / place.SinColatitude;
-        down -= fall * (harmonic.Degree + 1) * (g * cosine + h * sine) * schmidt.P[n][m];
+        const double along = g * around.Cosine[m] + h * around.Sine[m];
+        const double across = harmonic.Order * (g * around.Sine[m] - h * around.Cosine[m]);
+        north += fall[n] * along * schmidt.Derivative[n][m];
+        east += fall[n] * across * schmidt.P[n][m] / place.SinColatitude;
+        down -= fall[n] * (harmonic.Degree + 1) * along * schmidt.P[n][m];
     }
     const double geodeticNorth = north * std::cos(place.Tilt) + down * std::sin(place.Tilt);
     return Degrees(std::atan2(east, geodeticNorth));

@@ -4,6 +4,7 @@
 
 #include "link/fs_messages.h"
 #include "practice/menu_reader.h"
+#include "station/text.h"
 
 namespace corvenna {
 
@@ -158,6 +159,10 @@ bool PracticePilot::Done(const Choose& step, std::chrono::milliseconds now) {
 
 bool PracticePilot::Done(const AskAgain& /*step*/, std::chrono::milliseconds now) {
     return AnswerTaken(standingText_.empty() ? std::nullopt : std::optional<std::string>(SayAgainReply), now);
+}
+
+bool PracticePilot::Done(const Await& step, std::chrono::milliseconds now) {
+    return ContainsIgnoringCase(standingText_, step.Words) || now - stepBegan_ >= step.AtMost;
 }
 
 bool PracticePilot::Done(const Travel& step, std::chrono::milliseconds now) {

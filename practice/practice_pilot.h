@@ -28,11 +28,17 @@ struct Travel {
     Leg To;
 };
 
+/// Waits until a text with these words is addressed to him, or for this long.
+struct Await {
+    std::string Words;
+    std::chrono::milliseconds AtMost;
+};
+
 struct Linger {
     std::chrono::milliseconds Time;
 };
 
-using PilotStep = std::variant<Choose, AskAgain, Travel, Linger>;
+using PilotStep = std::variant<Choose, AskAgain, Await, Travel, Linger>;
 
 /// What a practice pilot is going to do, step by step.
 struct PilotScript {
@@ -97,6 +103,7 @@ class PracticePilot {
     bool Acknowledge(std::chrono::milliseconds now);
     bool Done(const Choose& step, std::chrono::milliseconds now);
     bool Done(const AskAgain& step, std::chrono::milliseconds now);
+    bool Done(const Await& step, std::chrono::milliseconds now);
     bool Done(const Travel& step, std::chrono::milliseconds now);
     bool Done(const Linger& step, std::chrono::milliseconds now);
     bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);

@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <numbers>
 
 #include "station/geometry.h"
 
@@ -20,6 +23,8 @@ constexpr double DepartureHeightFeet = 1500;
 constexpr double CruiseHeightFeet = 4000;
 constexpr std::int32_t FirstOutMiles = 3;
 constexpr std::int32_t LastOutMiles = 20;
+constexpr auto ClearancePatience = 2min;
+constexpr std::int32_t HoldingKind = 2;  // of a taxi point
 
 constexpr std::array<std::string_view, 3> Types = {"Cessna Skylane 182S", "Beechcraft King Air 350",
                                                    "Piper Cub"};
@@ -29,6 +34,12 @@ std::string CallsignOf(int number) { return fmt::format("N{}CV", 101 + 13 * numb
 
 bool Controlled(const Station& station) {
     return !station.TowerFrequency.empty() && !station.GroundFrequency.empty();
+}
+
+bool HasGates(const Station& station) {
+    const auto& spots = station.AirportParkingSpots;
+    return std::any_of(spots.begin(), spots.end(),
+                       [](const ParkingSpot& spot) { return spot.Name.starts_with("GATE"); });
 }
 
 /// The number-th parking spot, counted round; the middle of the airport where there is none.
@@ -61,6 +72,28 @@ Leg Threshold(const Station& station, double knots) {
             knots};
 }
 
+/// How far apart two places are, good enough to compare places of one airport.
+double Apart(const Leg& a, const TaxiPoint& b) {
+    return std::hypot(a.Latitude - b.Latitude,
+                      (a.Longitude - b.Longitude) * std::cos(a.Latitude * (std::numbers::pi / 180)));
+}
+
+/// The holding point nearest to the threshold; the threshold itself where there is none.
+Leg HoldingPoint(const Station& station) {
+    const Leg threshold = Threshold(station, TaxiKnots);
+    const TaxiPoint* nearest = nullptr;
+    for (const TaxiPoint& point : station.AirportTaxiPoints) {
+        if (point.Kind != HoldingKind) continue;
+        if (nearest == nullptr || Apart(threshold, point) < Apart(threshold, *nearest)) nearest = &point;
+    }
+    if (nearest == nullptr) return threshold;
+    return {nearest->Latitude, nearest->Longitude, threshold.AltitudeFeet, TaxiKnots};
+}
+
+Leg To(const AircraftState& place, double knots) {
+    return {place.Latitude, place.Longitude, place.AltitudeFeet, knots};
+}
+
 Choose Tune(const Station& station, std::string_view which) {
     return {fmt::format("Tune {} {} Frequency", station.AirportName, which)};
 }
@@ -74,23 +107,32 @@ std::vector<PilotStep> Departure(const Station& station, std::string_view rules,
         AskAgain{},
         Tune(station, "Ground"),
         Choose{std::string(taxiRequest)},
-        Travel{Threshold(station, TaxiKnots)},
+        Travel{HoldingPoint(station)},
         Tune(station, "Tower"),
         Choose{fmt::format("Request {} Takeoff Clearance", rules)},
+        Await{"Cleared for takeoff", ClearancePatience},
+        Travel{Threshold(station, TaxiKnots)},
         Travel{Out(station, heading, FirstOutMiles, DepartureHeightFeet)},
+        Choose{"Tune Departure Frequency"},
         Travel{Out(station, heading, LastOutMiles, CruiseHeightFeet)},
         Choose{"Close ATC Services"},
     };
 }
 
-std::vector<PilotStep> Arrival(const Station& station) {
+std::vector<PilotStep> Arrival(const Station& station, const AircraftState& spot) {
     return {
         Choose{"Use ATC services"},
         Choose{"VFR"},
         Tune(station, "Tower"),
+        Choose{"Request Full Stop Landing"},
         Travel{Out(station, NormalizeHeading(TrueRunwayHeading(station) + 180), FirstOutMiles,
                    DepartureHeightFeet)},
         Travel{Threshold(station, AirKnots)},
+        Travel{HoldingPoint(station)},
+        Tune(station, "Ground"),
+        Choose{HasGates(station) ? "Request Taxi to Gate" : "Request Taxi to Parking"},
+        Travel{To(spot, TaxiKnots)},
+        Choose{"Report Parking"},
         Choose{"Close ATC Services"},
     };
 }
@@ -101,8 +143,9 @@ std::vector<PilotStep> SelfAnnounced(const Station& station, std::string_view ru
         Choose{std::string(rules)},
         AskAgain{},
         Choose{"Announce Taxi to Runway"},
-        Travel{Threshold(station, TaxiKnots)},
+        Travel{HoldingPoint(station)},
         Choose{"Announce Takeoff"},
+        Travel{Threshold(station, TaxiKnots)},
         Travel{Out(station, TrueRunwayHeading(station), FirstOutMiles, DepartureHeightFeet)},
         Choose{"Announce Position"},
         Travel{Threshold(station, AirKnots)},
@@ -131,7 +174,7 @@ PilotScript ScriptOfPilot(const Station& station, int number, std::chrono::milli
         const Leg from =
             Out(station, NormalizeHeading(TrueRunwayHeading(station) + 180), ArrivalMiles, ArrivalHeightFeet);
         script.Start = {from.Latitude, from.Longitude, from.AltitudeFeet, 0};
-        script.Steps = Arrival(station);
+        script.Steps = Arrival(station, Parked(station, number + 1));
     }
     return script;
 }

@@ -36,6 +36,12 @@ void AppendUtf8(std::string& utf8, char32_t character) {
     utf8.push_back(static_cast<char>(0x80 | (character & 0x3F)));
 }
 
+char32_t CharacterOf(char c) {
+    const auto byte = static_cast<std::uint8_t>(c);
+    const bool middle = byte >= MiddleBegin && byte < MiddleEnd;
+    return middle ? Middle[byte - MiddleBegin] : byte;
+}
+
 char ByteOf(char32_t character) {
     const auto middle = std::find(Middle.begin(), Middle.end(), character);
     if (middle != Middle.end()) {
@@ -73,17 +79,25 @@ char32_t TakeCharacter(std::string_view& utf8) {
 
 std::string CodePageToUtf8(std::string_view bytes) {
     std::string utf8;
-    for (const char c : bytes) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        const bool middle = byte >= MiddleBegin && byte < MiddleEnd;
-        AppendUtf8(utf8, middle ? Middle[byte - MiddleBegin] : byte);
-    }
+    for (const char c : bytes) AppendUtf8(utf8, CharacterOf(c));
     return utf8;
 }
 
 std::string Utf8ToCodePage(std::string_view utf8) {
     std::string bytes;
     while (!utf8.empty()) bytes.push_back(ByteOf(TakeCharacter(utf8)));
+    return bytes;
+}
+
+std::u16string CodePageToUtf16(std::string_view bytes) {
+    std::u16string utf16;
+    for (const char c : bytes) utf16.push_back(static_cast<char16_t>(CharacterOf(c)));
+    return utf16;
+}
+
+std::string Utf16ToCodePage(std::u16string_view utf16) {
+    std::string bytes;
+    for (const char16_t unit : utf16) bytes.push_back(ByteOf(unit));
     return bytes;
 }
 

@@ -13,4 +13,10 @@ std::string CodePageToUtf8(std::string_view bytes);
 /// From the keyboard. What the code page has no character for, and what is no UTF-8, becomes "?".
 std::string Utf8ToCodePage(std::string_view utf8);
 
+/// For the session, whose texts are UTF-16.
+std::u16string CodePageToUtf16(std::string_view bytes);
+
+/// From the session. What the code page has no character for becomes "?", each half of a pair by itself.
+std::string Utf16ToCodePage(std::u16string_view utf16);
+
 }  // namespace corvenna

@@ -44,6 +44,21 @@ struct Leg {
     }
 };
 
+std::int16_t MilesOf(double angle) {
+    return ToWhole<std::int16_t>(std::min(angle * 10800 / Pi, DistanceCap));
+}
+
+/// The course of a leg of this central angle, degrees true, a whole number.
+std::int16_t TrueCourse(const Leg& leg, double angle) {
+    double course = 0;
+    if (angle != 0) {
+        course = ArcCos((std::sin(leg.Lat2) - std::cos(angle) * std::sin(leg.Lat1)) /
+                        (std::cos(leg.Lat1) * std::sin(angle)));
+        if (!(std::sin(leg.Lon2 - leg.Lon1) < 0)) course = TwoPi - course;
+    }
+    return NormalizeHeading(ToWhole<std::int32_t>(360 - std::floor(course * 180 / Pi)));
+}
+
 /// Entry of a place in MagVarGrid, as a double because a far-off place may not fit an integer.
 double MagVarEntry(double latitude, double longitude) {
     const double wholeLatitude = RoundHalfEven(latitude);
@@ -128,8 +143,7 @@ bool HeadingWithin(std::int16_t& x, std::int16_t centre, std::int16_t halfWidth)
 }
 
 std::int16_t DistanceNm(double latitude1, double longitude1, double latitude2, double longitude2) {
-    const double angle = Leg(latitude1, longitude1, latitude2, longitude2).CentralAngle();
-    return ToWhole<std::int16_t>(std::min(angle * 10800 / Pi, DistanceCap));
+    return MilesOf(Leg(latitude1, longitude1, latitude2, longitude2).CentralAngle());
 }
 
 std::int16_t DistanceFeet(double latitude1, double longitude1, double latitude2, double longitude2) {
@@ -140,27 +154,28 @@ std::int16_t DistanceFeet(double latitude1, double longitude1, double latitude2,
 
 std::int16_t BearingTo(const Station& station, double latitude1, double longitude1, double latitude2,
                        double longitude2) {
+    return WayTo(station, latitude1, longitude1, latitude2, longitude2).Bearing;
+}
+
+Way WayTo(const Station& station, double latitude1, double longitude1, double latitude2, double longitude2) {
     const Leg leg(latitude1, longitude1, latitude2, longitude2);
     const double angle = leg.CentralAngle();
-    double course = 0;
-    if (angle != 0) {
-        course = ArcCos((std::sin(leg.Lat2) - std::cos(angle) * std::sin(leg.Lat1)) /
-                        (std::cos(leg.Lat1) * std::sin(angle)));
-        if (!(std::sin(leg.Lon2 - leg.Lon1) < 0)) course = TwoPi - course;
-    }
-    const auto trueBearing = ToWhole<std::int32_t>(360 - std::floor(course * 180 / Pi));
-    return TrueToMagnetic(station, NormalizeHeading(trueBearing), latitude1, longitude1);
+    return {MilesOf(angle), TrueToMagnetic(station, TrueCourse(leg, angle), latitude1, longitude1)};
 }
 
 bool InMagVarGrid(double latitude, double longitude) {
     return IsMagVarEntry(MagVarEntry(latitude, longitude));
 }
 
-std::int16_t TrueToMagnetic(const Station& station, std::int32_t heading, double latitude, double longitude) {
+std::int32_t MagneticVariation(const Station& station, double latitude, double longitude) {
     const double entry = MagVarEntry(latitude, longitude);
     if (!IsMagVarEntry(entry)) throw std::out_of_range("a place lies outside the magnetic variation table");
     const std::int32_t value = station.MagVarGrid[static_cast<std::size_t>(entry)];
-    return NormalizeHeading(heading - value * 360 / 65536);  // cut towards zero
+    return value * 360 / 65536;
+}
+
+std::int16_t TrueToMagnetic(const Station& station, std::int32_t heading, double latitude, double longitude) {
+    return NormalizeHeading(heading - MagneticVariation(station, latitude, longitude));
 }
 
 GeoPoint ProjectNm(double latitude, double longitude, std::int32_t bearing, std::int32_t nauticalMiles) {
@@ -179,31 +194,13 @@ GeoPoint ProjectMetres(double latitude, double longitude, std::int32_t bearing, 
     return Project(latitude, longitude, bearing, metres / MetresPerNm, 1e6);
 }
 
-std::int32_t RouteTerrainAltitude(const Station& station, std::int32_t altitude, const GeoPoint& from,
-                                  const GeoPoint& to) {
-    if (station.MountainCount < 1) return altitude;
-    const std::int16_t course = BearingTo(station, from.Latitude, from.Longitude, to.Latitude, to.Longitude);
-    const std::int16_t range = DistanceNm(from.Latitude, from.Longitude, to.Latitude, to.Longitude);
-    std::int32_t result = altitude;
-    for (std::int32_t i = 0; i < station.MountainCount; ++i) {
-        const GeoPoint& mountain = station.Mountains[static_cast<std::size_t>(i)];
-        if (mountain.Altitude <= result) continue;
-        if (DistanceNm(from.Latitude, from.Longitude, mountain.Latitude, mountain.Longitude) > range)
-            continue;
-        std::int16_t bearing =
-            BearingTo(station, from.Latitude, from.Longitude, mountain.Latitude, mountain.Longitude);
-        if (HeadingWithin(bearing, course, 45)) result = mountain.Altitude;
-    }
-    return result;
-}
-
 void UpdatePilotGeometry(Station& station, PlayerRecord& pilot) {
     station.DistanceToAirport =
         DistanceNm(station.AirportLatitude, station.AirportLongitude, pilot.Latitude, pilot.Longitude);
-    station.DistanceToRunway =
-        DistanceNm(station.RunwayLatitude, station.RunwayLongitude, pilot.Latitude, pilot.Longitude);
-    station.BearingFromRunway =
-        BearingTo(station, station.RunwayLatitude, station.RunwayLongitude, pilot.Latitude, pilot.Longitude);
+    const Way way =
+        WayTo(station, station.RunwayLatitude, station.RunwayLongitude, pilot.Latitude, pilot.Longitude);
+    station.DistanceToRunway = way.Distance;
+    station.BearingFromRunway = way.Bearing;
     UpdateQuadrant(station, pilot.Quadrant);
 }
 

@@ -33,8 +33,19 @@ std::int16_t DistanceFeet(double latitude1, double longitude1, double latitude2,
 std::int16_t BearingTo(const Station& station, double latitude1, double longitude1, double latitude2,
                        double longitude2);
 
+/// DistanceNm and BearingTo from point 1 to point 2, for less than the price of both.
+struct Way {
+    std::int16_t Distance = 0;  ///< nautical miles
+    std::int16_t Bearing = 0;   ///< degrees magnetic
+};
+Way WayTo(const Station& station, double latitude1, double longitude1, double latitude2, double longitude2);
+
 /// Whether MagVarGrid has an entry for a place.
 bool InMagVarGrid(double latitude, double longitude);
+
+/// The variation at a place, degrees, cut towards zero. Throws std::out_of_range for a place whose entry lies
+/// outside MagVarGrid.
+std::int32_t MagneticVariation(const Station& station, double latitude, double longitude);
 
 /// A true heading made magnetic by the variation at a place. Throws std::out_of_range for a place whose
 /// entry lies outside MagVarGrid.

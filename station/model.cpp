@@ -67,6 +67,10 @@ void ClearTraffic(Station& station) {
     station.TaxiRoutes.Clear();
     station.TakeoffQueue.Clear();
     station.LandingQueue.Clear();
+    for (GeoPoint* fix : {&station.LeftDownwindFix, &station.RightDownwindFix, &station.LeftBaseFix,
+                          &station.RightBaseFix, &station.FinalFix}) {
+        *fix = GeoPoint{};
+    }
 }
 
 }  // namespace corvenna

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <any>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "station/spare_list.h"
+#include "station/terrain_index.h"
+#include "station/traffic_index.h"
 
 /// The shared model of a running station. Everything in it belongs to one thread: every operation that
 /// takes a Station is called from the handlers of that thread alone, one handler at a time.
@@ -173,11 +176,26 @@ struct Station {
     std::int16_t DistanceToRunway = 0;   ///< nautical miles
     std::int16_t BearingFromRunway = 0;  ///< degrees magnetic
 
+    // What is worked out from positions and from the airport stays true from one turn to the next while a
+    // tick is in progress, for no service writes either. Between ticks anything may change.
+    bool TickInProgress = false;
+    std::uint64_t TicksBegun = 0;
+    TrafficIndex Traffic;
+    mutable TerrainIndex Terrain;
+    std::any GroundNotes;  ///< what Ground has worked out so far; see ground/ground_notes.h
+
     // Scratch of the tick, kept so that a tick that sends nothing takes no memory.
     std::string TextBefore;
     std::vector<std::int32_t> Audience;
 
-    // Fixes around the runway, kept from one use to the next by the services that steer.
+    // Scratch of the radar services, kept like that of the tick: a text being built or compared with, the
+    // name of a leg, and a phrase looked for.
+    std::string Line;
+    std::string LegName;
+    std::string Phrase;
+
+    // Fixes around the runway, rewritten for each pilot who is steered. They are blank at the station
+    // window's load and keep what the last pilot left: one chain reads a fix that it has not written.
     GeoPoint LeftDownwindFix;
     GeoPoint RightDownwindFix;
     GeoPoint LeftBaseFix;
@@ -204,7 +222,7 @@ void RemoveTaxiRoutesOf(Station& station, const PlayerRecord& pilot);
 /// greets him as a new pilot.
 void ResetPilot(Station& station, PlayerRecord& pilot);
 
-/// All lists of the traffic back to one blank element, as at the station window's load.
+/// All lists of the traffic back to one blank element and the fixes blank, as at the station window's load.
 void ClearTraffic(Station& station);
 
 }  // namespace corvenna

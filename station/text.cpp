@@ -44,9 +44,21 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) {
-    return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                       [](char x, char y) { return LowerCase(x) == LowerCase(y); }) != text.end() ||
-           needle.empty();
+    return FindIgnoringCase(text, needle) != std::string_view::npos;
+}
+
+/// Goes from one occurrence of the first character to the next.
+std::size_t FindIgnoringCase(std::string_view text, std::string_view needle) {
+    if (needle.empty()) return 0;
+    if (needle.size() > text.size()) return std::string_view::npos;
+    const char lower = LowerCase(needle.front());
+    const char upper = UpperCase(needle.front());
+    const std::size_t last = text.size() - needle.size();
+    for (std::size_t at = 0; at <= last; ++at) {
+        if (text[at] != lower && text[at] != upper) continue;
+        if (EqualIgnoringCase(text.substr(at, needle.size()), needle)) return at;
+    }
+    return std::string_view::npos;
 }
 
 std::string_view Trim(std::string_view text) {

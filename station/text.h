@@ -20,6 +20,9 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b);
 /// Whether needle occurs anywhere in text, but for upper and lower case. An empty needle always does.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle);
 
+/// Where needle first occurs in text, but for upper and lower case, or npos.
+std::size_t FindIgnoringCase(std::string_view text, std::string_view needle);
+
 /// Without the blanks (20h) at both ends.
 std::string_view Trim(std::string_view text);
 

@@ -15,6 +15,21 @@ void RemoveSayAgainMarks(std::string& text) {
     }
 }
 
+/// The span in which services may rely on positions and on the airport, ended by an error too.
+class TickSpan {
+  public:
+    explicit TickSpan(Station& station) : station_(station) {
+        ++station_.TicksBegun;
+        station_.TickInProgress = true;
+    }
+    ~TickSpan() { station_.TickInProgress = false; }
+    TickSpan(const TickSpan&) = delete;
+    TickSpan& operator=(const TickSpan&) = delete;
+
+  private:
+    Station& station_;
+};
+
 void DispatchToService(Station& station, PlayerRecord& pilot, std::span<const FrequencyService> services) {
     if (!pilot.TunedFrequency.empty()) {
         for (const FrequencyService& service : services) {
@@ -49,6 +64,7 @@ void AtcTimer(Station& station, std::span<const FrequencyService> services, Chat
 }
 
 void ControllerTick(Station& station, std::span<const FrequencyService> services, ChatSender& chat) {
+    const TickSpan span(station);
     std::string& before = station.TextBefore;
     for (PlayerRecord& pilot : station.Players.Valid()) {
         if (pilot.Role != Role::Player) continue;

@@ -5,8 +5,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "practice/magnetic_field.h"
-#include "practice/station_from_facts.h"
+#include "practice/practice_folder.h"
 #include "station/code_page.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/posix_terminal.h"
@@ -15,8 +14,6 @@
 namespace {
 
 using namespace corvenna;
-
-constexpr double PracticeYear = 2002.0;
 
 constexpr const char* Examples = R"(Examples:
   corvenna-console                              Seattle-Tacoma, until Ctrl-C or end of input
@@ -32,6 +29,7 @@ struct Options {
     std::string Callsign;
     std::string Person = "YOU1";
     std::optional<double> Minutes;
+    std::optional<std::string> App;
     std::optional<std::string> Data;
     int Pilots = 4;
     bool ListAirports = false;
@@ -39,7 +37,8 @@ struct Options {
 };
 
 void AddOptions(CLI::App& app, Options& options) {
-    app.add_option("--airport", options.Airport, "Code of the airport to control")->capture_default_str();
+    app.add_option("--airport", options.Airport, "Code or label of the airport to control")
+        ->capture_default_str();
     app.add_option("--minutes", options.Minutes, "Leave after so many minutes")
         ->check(CLI::Range(0.0, 100000.0));
     app.add_option("--pilots", options.Pilots, "Number of practice pilots")
@@ -50,25 +49,23 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_option("--pilot", options.Person, "Your own callsign")
         ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
         ->capture_default_str();
+    app.add_option("--app", options.App,
+                   "Folder of the airport database; one for practice is made in a folder without any")
+        ->default_str("corvenna in the user's cache");
     app.add_option("--data", options.Data, "Folder of the data files");
     app.add_flag("--list-airports", options.ListAirports, "List the airports, and end");
     app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
     app.footer(Examples);
 }
 
-void ListAirports(const std::vector<PracticeAirport>& airports) {
-    for (const PracticeAirport& airport : airports) {
-        std::cout << fmt::format("{:<5} {}\n", airport.Code, CodePageToUtf8(airport.Name));
-    }
+void ListAirports(const std::filesystem::path& appFolder) {
+    for (const std::string& label : AirportLabels(appFolder)) std::cout << CodePageToUtf8(label) << '\n';
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
-void Control(const Options& options, const std::filesystem::path& data,
-             const std::vector<PracticeAirport>& airports) {
+void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
-    const PracticeAirport& airport = FindPracticeAirport(airports, options.Airport);
-    FillStation(station, airport, airports,
-                WholeDegreeTable(MagneticField::Load(data / "igrf.json"), PracticeYear));
+    SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
 
     PosixTerminal terminal;
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
@@ -96,11 +93,13 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
         const auto data = FindDataFolder(options.Data, ProgramFolder());
-        const auto airports = LoadPracticeAirports(data / "practice-airports.json");
+        const std::filesystem::path appFolder =
+            options.App ? std::filesystem::path(*options.App) : CacheFolder() / "corvenna";
+        CompletePracticeFolder(appFolder, data, [](std::string_view what) { std::cerr << what << '\n'; });
         if (options.ListAirports) {
-            ListAirports(airports);
+            ListAirports(appFolder);
         } else {
-            Control(options, data, airports);
+            Control(options, appFolder);
         }
         return 0;
     } catch (const CLI::Success& help) {

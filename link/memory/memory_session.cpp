@@ -135,8 +135,11 @@ std::int32_t MemorySession::CreatePlayer(const std::string& friendlyName, const 
 }
 
 void MemorySession::DestroyPlayer(std::int32_t playerId) {
-    Room().Leave(playerId);
-    std::erase(players_, playerId);
+    MemoryRoom& room = Room();
+    if (std::erase(players_, playerId) == 0) {
+        throw SessionError(fmt::format("participant {} is not of this program", playerId));
+    }
+    room.Leave(playerId);
 }
 
 void MemorySession::Close() {
@@ -161,7 +164,8 @@ void MemorySession::AddPlayerToGroup(std::int32_t groupId, std::int32_t playerId
     const auto group =
         std::find_if(groups.begin(), groups.end(), [&](const auto& g) { return g.Id == groupId; });
     if (group == groups.end()) throw SessionError(fmt::format("there is no group {}", groupId));
-    group->Players.push_back(playerId);
+    auto& players = group->Players;
+    if (std::find(players.begin(), players.end(), playerId) == players.end()) players.push_back(playerId);
 }
 
 std::vector<SessionMember> MemorySession::GetDPEnumPlayers() { return Room().members_; }

@@ -193,7 +193,20 @@ TEST_F(Memory, AGroupThatIsNotThereCantBeEntered) {
     EXPECT_THROW(guest.AddPlayerToGroup(99, guestId), SessionError);
 }
 
+TEST_F(Memory, WhoEntersAGroupTwiceHearsItsMessagesOnce) {
+    const auto group = host.CreateGroup("group");
+    guest.AddPlayerToGroup(group, guestId);
+    guest.AddPlayerToGroup(group, guestId);
+    host.Send(hostId, group, Carrying(5));
+    EXPECT_EQ(guest.GetMessageCount(guestId), 1);
+}
+
 // ---- Coming and going
+
+TEST_F(Memory, NobodyCanTakeSomebodyElseOutOfTheSession) {
+    EXPECT_THROW(guest.DestroyPlayer(hostId), SessionError);
+    EXPECT_THAT(Names(guest.GetDPEnumPlayers()), ElementsAre("Host", "Guest"));
+}
 
 TEST_F(Memory, TheNameOfSomebodyWhoHasGoneIsAnError) {
     guest.DestroyPlayer(guestId);

@@ -222,6 +222,32 @@ TEST_F(PracticePilotTest, WhatHeIsNotOfferedHeWaitsForUntilHisPatienceEnds) {
     EXPECT_THAT(Controller.Texts(), ElementsAre("2"));
 }
 
+TEST_F(PracticePilotTest, HeAwaitsWordsThatAreMeantForHim) {
+    const auto pilot = AdmittedPilot(Script({Await{"cleared for takeoff", 60s}, AskAgain{}}));
+    Says(FrequencyMenu);
+    pilot->Step(1000ms);
+    Says("N2, Cleared for takeoff on runway 16.");
+    pilot->Step(5000ms);
+    pilot->Step(5100ms);
+    EXPECT_THAT(Controller.Texts(), IsEmpty());
+    Says("N1, Cleared for takeoff on runway 16.");
+    pilot->Step(6000ms);
+    pilot->Step(8000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+}
+
+TEST_F(PracticePilotTest, HeAwaitsThemNoLongerThanTold) {
+    const auto pilot = AdmittedPilot(Script({Await{"cleared for takeoff", 60s}, AskAgain{}}));
+    Says(FrequencyMenu);
+    pilot->Step(1000ms);
+    pilot->Step(59999ms);
+    pilot->Step(59999ms);
+    EXPECT_THAT(Controller.Texts(), IsEmpty());
+    pilot->Step(60000ms);
+    pilot->Step(60001ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+}
+
 TEST_F(PracticePilotTest, HeTravelsWhenItIsTheTime) {
     const auto pilot = AdmittedPilot(Script({Linger{10s}, Travel{{48, -122, 3400, 60}}}));
     pilot->Step(9999ms);

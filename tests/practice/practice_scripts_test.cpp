@@ -67,6 +67,36 @@ TEST(PracticeScripts, DeparturesLeaveAlongTheRunwayByTrueDegrees) {
         field.S.RunwayHeading, 1);
 }
 
+TEST(PracticeScripts, ArrivalsAskForAGateWhereThereAreAny) {
+    TestField field;
+    field.S.AirportParkingSpots = {{"PARKING 1", 50, 47.1, -122.1, 0}};
+    EXPECT_TRUE(Wants(ScriptOfPilot(field.S, 2, 0ms), "Request Taxi to Parking"));
+    field.S.AirportParkingSpots.push_back({"GATE A 1", 50, 47.2, -122.2, 0});
+    EXPECT_TRUE(Wants(ScriptOfPilot(field.S, 2, 0ms), "Request Taxi to Gate"));
+}
+
+TEST(PracticeScripts, DeparturesTaxiToTheHoldingPointNearestToTheThreshold) {
+    TestField field;
+    field.S.AirportTaxiPoints = {
+        {1, 47.0100, -122.0001}, {2, 47.0, -122.001}, {2, 47.009, -122.001}, {2, 47.0, -122.0}};
+    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
+    const auto first = std::find_if(script.Steps.begin(), script.Steps.end(), [](const PilotStep& step) {
+        return std::holds_alternative<Travel>(step);
+    });
+    ASSERT_NE(first, script.Steps.end());
+    EXPECT_EQ(std::get<Travel>(*first).To.Latitude, 47.009);
+}
+
+TEST(PracticeScripts, WithoutAHoldingPointTheyTaxiToTheThreshold) {
+    const TestField field;
+    const PilotScript script = ScriptOfPilot(field.S, 0, 0ms);
+    const auto first = std::find_if(script.Steps.begin(), script.Steps.end(), [](const PilotStep& step) {
+        return std::holds_alternative<Travel>(step);
+    });
+    ASSERT_NE(first, script.Steps.end());
+    EXPECT_EQ(std::get<Travel>(*first).To.Latitude, field.S.RunwayLatitude);
+}
+
 TEST(PracticeScripts, WithoutATowerEverybodyAnnouncesHimselfUnderEitherRules) {
     TestField field;
     field.S.GroundFrequency.clear();

@@ -57,6 +57,24 @@ TEST(CodePage, BrokenUtf8CostsNoMoreThanItsBytes) {
     EXPECT_EQ(Utf8ToCodePage("\xFF\xFE"), "??");
 }
 
+TEST(CodePage, EveryByteComesBackFromUtf16) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string text(1, static_cast<char>(byte));
+        EXPECT_EQ(Utf16ToCodePage(CodePageToUtf16(text)), text) << byte;
+    }
+}
+
+TEST(CodePage, Utf16HasTheCharactersOfTheMiddleBytes) {
+    EXPECT_EQ(CodePageToUtf16("\x80\x85\x99\x9F"), u"\u20AC\u2026\u2122\u0178");
+    EXPECT_EQ(CodePageToUtf16("\x7F\xA0\xE9\xFF"), u"\u007F\u00A0\u00E9\u00FF");
+}
+
+TEST(CodePage, WhatIsNotInTheCodePageComesFromUtf16AsAQuestionMark) {
+    EXPECT_EQ(Utf16ToCodePage(u"\u65E5A\uFFFF"), "?A?");
+    EXPECT_EQ(Utf16ToCodePage(u"\xD83D\xDE00"), "??");  // a pair for one character
+    EXPECT_EQ(Utf16ToCodePage(u"\u0080"), "?");         // that number is the euro's byte
+}
+
 TEST(CodePage, NothingIsNothing) {
     EXPECT_EQ(CodePageToUtf8(""), "");
     EXPECT_EQ(Utf8ToCodePage(""), "");

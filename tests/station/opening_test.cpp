@@ -124,6 +124,17 @@ TEST_F(Opening, AfterClosingTheNextTickWelcomesHimAgain) {
     EXPECT_EQ(field.LastHeard("N12345"), Welcome);
 }
 
+TEST_F(Opening, AfterAResetHisPositionIsStillKnownAndTheNextTickGreetsHimAsANewPilot) {
+    pilot.InService = UnderService;
+    pilot.TunedFrequency = field.S.TowerFrequency;
+    pilot.Phase = "Approach";
+    pilot.Latitude = 47.5;
+    ResetPilot(field.S, pilot);
+    EXPECT_EQ(pilot.Latitude, 47.5);
+    field.Tick();
+    EXPECT_EQ(field.LastHeard("N12345"), Welcome);
+}
+
 TEST_F(Opening, ADigitThatFitsNoOptionStandsAndChangesNothing) {
     Turn(Welcome, 2);
     EXPECT_EQ(pilot.MenuText, Welcome);

@@ -81,6 +81,15 @@ void PosixTerminal::ReadInput(TerminalInput& input) {
 
 bool OutputTakesColour() { return isatty(STDOUT_FILENO) == 1 && std::getenv("NO_COLOR") == nullptr; }
 
+std::filesystem::path CacheFolder() {
+    if (const char* const cache = std::getenv("XDG_CACHE_HOME"); cache != nullptr && *cache != 0)
+        return cache;
+    if (const char* const home = std::getenv("HOME"); home != nullptr && *home != 0) {
+        return std::filesystem::path(home) / ".cache";
+    }
+    return std::filesystem::temp_directory_path();
+}
+
 std::filesystem::path ProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();

@@ -35,6 +35,9 @@ class PosixTerminal final : public Terminal {
 /// Whether standard output is a terminal whose user has nothing against colour.
 bool OutputTakesColour();
 
+/// Where programs keep what they can make again: the user's cache, or the folder for temporary files.
+std::filesystem::path CacheFolder();
+
 /// The folder of the program file.
 std::filesystem::path ProgramFolder();
 

@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "link/fs_messages.h"
+#include "world/magnetic_table.h"
 
 namespace corvenna {
 
@@ -32,6 +33,14 @@ std::optional<std::string> ChatText(std::span<const std::byte> bytes) {
 }
 
 }  // namespace
+
+void Replay::Select(const std::filesystem::path& appFolder, const std::string& label) {
+    if (const auto box = PrepareStation(TheStation, (Folder / appFolder).string(), label)) selected_ = box;
+}
+
+void Replay::LoadVariation(const std::filesystem::path& file) {
+    LoadMagVar((Folder / file).string(), TheStation);
+}
 
 void Replay::Open(std::int32_t controllerId, const std::string& controllerName, std::int32_t maxPlayers) {
     window_.reset();
@@ -103,7 +112,16 @@ void Replay::Close() {
 
 void Replay::Dump() { Write("dump", SessionToJson(TheStation)); }
 
-void Replay::DumpStation() { Write("station", StationToJson(TheStation)); }
+void Replay::DumpStation() {
+    Json dump = StationToJson(TheStation);
+    if (selected_) {
+        dump["NorthLimit"] = selected_->NorthLimit;
+        dump["SouthLimit"] = selected_->SouthLimit;
+        dump["WestLimit"] = selected_->WestLimit;
+        dump["EastLimit"] = selected_->EastLimit;
+    }
+    Write("station", std::move(dump));
+}
 
 void Replay::ShowBox(BoxIcon icon, std::string_view text) {
     Json box = Json::object();

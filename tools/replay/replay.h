@@ -13,6 +13,7 @@
 #include "link/memory/memory_session.h"
 #include "link/station_window.h"
 #include "tools/replay/model_json.h"
+#include "world/airport_selection.h"
 
 namespace corvenna {
 
@@ -21,6 +22,13 @@ namespace corvenna {
 class Replay final : public OperatorDesk {
   public:
     explicit Replay(std::ostream& output) : output_(output) {}
+
+    // ---- The airport, out of files; both throw FileError
+
+    /// Database, selection and terrain, as when the operator has chosen an airport. A label that no airport
+    /// has selects nothing.
+    void Select(const std::filesystem::path& appFolder, const std::string& label);
+    void LoadVariation(const std::filesystem::path& file);
 
     // ---- The session
 
@@ -44,6 +52,7 @@ class Replay final : public OperatorDesk {
     void DumpStation();
 
     Station TheStation;
+    std::filesystem::path Folder;  ///< where relative paths begin
 
   private:
     void ShowBox(BoxIcon icon, std::string_view text) override;
@@ -59,6 +68,7 @@ class Replay final : public OperatorDesk {
     std::shared_ptr<MemoryRoom> room_;
     SessionObjects objects_;
     std::unique_ptr<StationWindow> window_;
+    std::optional<SearchBox> selected_;  ///< of the last selection
 };
 
 }  // namespace corvenna

@@ -128,6 +128,17 @@ Action MakeStation(ScriptLine& line) {
     return [members](Replay& replay) { ApplyAirport(replay.TheStation, members); };
 }
 
+Action MakeSelect(ScriptLine& line) {
+    const auto appFolder = line.Take<std::string>("app_folder");
+    const auto label = line.Take<std::string>("label");
+    return [=](Replay& replay) { replay.Select(appFolder, label); };
+}
+
+Action MakeMagdec(ScriptLine& line) {
+    const auto file = line.Take<std::string>("file");
+    return [=](Replay& replay) { replay.LoadVariation(file); };
+}
+
 Action MakeOpen(ScriptLine& line) {
     const auto id = line.Take<std::int32_t>("controller_id");
     const auto name = line.Take<std::string>("controller_name");
@@ -260,12 +271,16 @@ struct Word {
 };
 
 constexpr Word Words[] = {
-    {"station", &MakeStation},   {"open", &MakeOpen},         {"enter", &MakeEnter},
-    {"leave", &MakeLeave},       {"rename", &MakeRename},     {"message", &MakeMessage},
-    {"announce", &MakeAnnounce}, {"position", &MakePosition}, {"aircraft", &MakeAircraft},
-    {"chat", &MakeChat},         {"pilot", &MakePilot},       {"queues", &MakeQueues},
-    {"pump", &MakePump},         {"tick", &MakeTick},         {"refresh", &MakeRefresh},
-    {"close", &MakeClose},       {"dump", &MakeDump},         {"dump-station", &MakeDumpStation},
+    {"station", &MakeStation},   {"select", &MakeSelect},
+    {"magdec", &MakeMagdec},     {"open", &MakeOpen},
+    {"enter", &MakeEnter},       {"leave", &MakeLeave},
+    {"rename", &MakeRename},     {"message", &MakeMessage},
+    {"announce", &MakeAnnounce}, {"position", &MakePosition},
+    {"aircraft", &MakeAircraft}, {"chat", &MakeChat},
+    {"pilot", &MakePilot},       {"queues", &MakeQueues},
+    {"pump", &MakePump},         {"tick", &MakeTick},
+    {"refresh", &MakeRefresh},   {"close", &MakeClose},
+    {"dump", &MakeDump},         {"dump-station", &MakeDumpStation},
 };
 
 Action ReadAction(const std::string& text) {
@@ -311,6 +326,7 @@ Script ReadScript(const std::filesystem::path& file) {
 }
 
 void RunScript(const Script& script, Replay& replay) {
+    replay.Folder = script.File.parent_path();
     for (const ScriptStep& step : script.Steps) {
         try {
             step.Do(replay);

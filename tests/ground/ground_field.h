@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "station/model.h"
+#include "support/test_field.h"
+
+namespace corvenna {
+
+/// The test field with a taxi network of one's own. Places are feet east and north of the threshold of runway
+/// 16, which points to the south-south-east; variation is zero.
+struct GroundField {
+    TestField Field;
+    Station& S = Field.S;
+
+    /// Each adds one and gives its number.
+    std::int32_t Point(double east, double north);
+    std::int32_t Spot(std::string_view name, double east, double north, std::int32_t radius = 100);
+
+    void Path(std::int32_t kind, std::int32_t start, std::int32_t end, std::string_view name = "");
+    void Taxiway(std::int32_t start, std::int32_t end, std::string_view name) { Path(0, start, end, name); }
+    void Runway(std::int32_t start, std::int32_t end, std::string_view name = "Runway 16") {
+        Path(1, start, end, name);
+    }
+    void Tie(std::int32_t point, std::int32_t spot) { Path(2, point, spot); }
+
+    /// A straight taxiway into the threshold from the east, and the runway from there. Points: 0 the apron,
+    /// 1, 2, 3 the threshold, 4 down the runway. Taxiway A as far as 2, then B. On the apron GATE A 1 (spot
+    /// 0) and PARKING 1 (spot 1), both tied to point 0.
+    void StraightNetwork();
+
+    /// A pilot on Ground, 2000 ft east and 3000 ft north of it all, on the ground.
+    PlayerRecord& Pilot(std::string_view name, std::string_view phase = "", std::uint8_t flightRules = Vfr);
+
+    void Move(PlayerRecord& pilot, double east, double north);
+
+    /// A stored route over these points, for the runway or, with a name, for a spot. Its links bear no names.
+    TaxiRouteRecord& Route(std::string_view pilot, std::initializer_list<std::int32_t> points,
+                           std::string_view spot = "");
+
+    /// One turn of the pilot, with a digit typed or none.
+    void Turn(PlayerRecord& pilot, std::uint8_t choice = 0);
+
+  private:
+    double Latitude(double north) const;
+    double Longitude(double east) const;
+};
+
+/// The text of a clearance or of a menu behind the callsign's first words.
+inline constexpr std::string_view GroundMenu =
+    "Choose one of the following options for the Ground frequency: ";
+
+}  // namespace corvenna
