@@ -13,8 +13,12 @@
 #include <unistd.h>
 #endif
 
+#include "station/code_page.h"
+#include "station/geometry.h"
 #include "tools/world/world_json.h"
+#include "world/airport_check.h"
 #include "world/airport_database.h"
+#include "world/airport_diagram.h"
 #include "world/airport_selection.h"
 #include "world/errors.h"
 #include "world/files.h"
@@ -118,6 +122,34 @@ void ShowStation(const std::string& appFolder, const std::string& label) {
     std::cout << SelectionJson(station, *box).dump(2) << '\n';
 }
 
+/// Degrees east at the airport, if the simulator's table can still be read.
+std::optional<std::int16_t> VariationAt(const std::string& appFolder, const Airport& airport) {
+    try {
+        Station station;
+        LoadMagVarOf(ReadConfig(appFolder).SimFolder, station);
+        const int ofNorth = TrueToMagnetic(station, 180, airport.Latitude, airport.Longitude);
+        return static_cast<std::int16_t>(180 - ofNorth);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+void Draw(const std::string& appFolder, const std::string& label, const std::string& file) {
+    const Airport airport = FindAirport(appFolder, label);
+    ReplaceFile(file, {DrawAirport(airport, VariationAt(appFolder, airport))});
+}
+
+void Check(const std::string& appFolder, const std::string& label) {
+    Station station;
+    if (!SelectAirport(station, ReadDatabase(appFolder), label)) throw NoSuchAirport(appFolder, label);
+    const std::vector<AirportFinding> findings = CheckAirport(station);
+    if (findings.empty()) std::cout << "nothing is wrong with this airport\n";
+    for (const AirportFinding& finding : findings) {
+        std::cout << CodePageToUtf8(finding.What) << '\n';
+        for (const std::string& place : finding.Places) std::cout << "  " << CodePageToUtf8(place) << '\n';
+    }
+}
+
 void Walk(const std::string& file, std::int64_t offset, const std::string& name) {
     std::vector<std::uint8_t> buffer;
     ReadFileStart(FindPath(file).value_or(file), std::numeric_limits<std::size_t>::max(), buffer);
@@ -158,7 +190,15 @@ int Run(int argc, char** argv) {
         ShowStation(appFolder, label);
     });
 
+    airportCommand("check", "Tell what is wrong with an airport for a controller")->callback([&] {
+        Check(appFolder, label);
+    });
+
     std::string file, name;
+    CLI::App* const draw = airportCommand("draw", "Draw the diagram of an airport");
+    draw->add_option("FILE", file, "The SVG file to write")->required();
+    draw->callback([&] { Draw(appFolder, label, file); });
+
     std::int64_t offset = 0;
     CLI::App* const walk = app.add_subcommand("walk", "Log the opcodes of the objects in a BGL file");
     walk->add_option("FILE", file, "The BGL file")->required();
