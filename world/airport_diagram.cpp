@@ -363,6 +363,7 @@ class DiagramPage {
     }
 
     std::string Position() const {
+        if (!std::isfinite(airport_.Latitude) || !std::isfinite(airport_.Longitude)) return "unknown";
         return fmt::format("{:.4f} {}, {:.4f} {}", std::abs(airport_.Latitude),
                            airport_.Latitude < 0 ? 'S' : 'N', std::abs(airport_.Longitude),
                            airport_.Longitude < 0 ? 'W' : 'E');
