@@ -80,7 +80,8 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
                               .Pilots = options.Pilots},
                              printer);
     std::optional<std::chrono::milliseconds> length;
-    if (options.Minutes) length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
+    if (options.Minutes)
+        length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
     RunPractice(practice, terminal, length);
 }
 
