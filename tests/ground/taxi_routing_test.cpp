@@ -545,14 +545,27 @@ TEST(DamagedNetwork, PathsIntoNowhereAreNotWalked) {
     }
 }
 
-TEST(DamagedNetwork, ATieFromNowhereIsNoTie) {
+TEST(DamagedNetwork, TheFirstTieOfTheSpotHeStandsInDecidesEvenFromNowhere) {
     for (const std::int32_t nowhere : {-1, 99}) {
         RoutingField field;
         field.StraightNetwork();
         field.PilotAt(820, 0);
         const std::int32_t spot = field.Spot("GATE 9", 820, 0);
         field.Tie(nowhere, spot);
-        EXPECT_THAT(field.ToRunway(), ElementsAre(1, 2, 3));
+        field.Tie(1, spot);
+        EXPECT_THAT(field.ToRunway(), IsEmpty());
+        EXPECT_THAT(field.Said(), HasSubstr("hold short runway 16. Contact"));
+    }
+}
+
+TEST(DamagedNetwork, TheLastTieOfTheSpotHeAsksForDecidesEvenFromNowhere) {
+    for (const std::int32_t nowhere : {-1, 99}) {
+        RoutingField field;
+        field.StraightNetwork();
+        field.PilotAt(0, 0);
+        const std::int32_t spot = field.Spot("GATE 9", 820, 0);
+        field.Tie(1, spot);
+        field.Tie(nowhere, spot);
         EXPECT_THAT(field.ToSpot(2), IsEmpty());
         EXPECT_THAT(field.Said(), HasSubstr("Taxi to GATE 9. "));
     }
