@@ -9,7 +9,9 @@ namespace corvenna::directplay {
 namespace {
 
 constexpr std::size_t MaxSlots = 0x10000;
-constexpr std::uint16_t MaxUses = 0xFFFF;
+
+/// So that no use reaches the highest bit of an id, which is to stay as the key has it.
+constexpr std::uint16_t MaxUses = 0x7FFF;
 
 bool IsReserved(std::uint32_t id) { return id == EverybodyId || id == ServerPlayerId || id == UnknownId; }
 
@@ -29,7 +31,7 @@ std::optional<std::uint32_t> IdTable::Allocate() {
     for (std::size_t slot = 0; slot < MaxSlots; ++slot) {
         if (slot == slots_.size()) slots_.emplace_back();
         Slot& candidate = slots_[slot];
-        if (candidate.Taken || candidate.Uses == MaxUses) continue;
+        if (candidate.Taken || candidate.Uses >= MaxUses) continue;
         ++candidate.Uses;
         const std::uint32_t id = Id(slot);
         if (IsReserved(id)) continue;  // this use of the slot is passed over
