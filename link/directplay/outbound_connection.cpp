@@ -12,11 +12,12 @@ constexpr std::size_t MaxBytesPerWrite = 64 << 10;
 
 asio::ip::tcp::endpoint ToAsio(const Endpoint& place) { return {asio::ip::address_v4(place.Ip), place.Port}; }
 
-/// Opens the socket at this participant's own address, because the reader takes an answer's source for it.
+/// Comes from the address at which this participant listens: that is where the other side answers.
 asio::error_code OpenAt(asio::ip::tcp::socket& socket, std::uint32_t ip) {
     asio::error_code error;
     socket.open(asio::ip::tcp::v4(), error);
-    if (!error && ip != 0) socket.bind({asio::ip::address_v4(ip), 0}, error);
+    asio::error_code ignored;
+    if (!error && ip != 0) socket.bind({asio::ip::address_v4(ip), 0}, ignored);
     return error;
 }
 
@@ -90,11 +91,7 @@ void OutboundConnection::Check(TimePoint now) {
 /// Where this computer has no socket left, it is tried again with the next look at the deadlines: that says
 /// nothing about the other side.
 void OutboundConnection::Connect() {
-    if (OpenAt(socket_, options_.BindIp)) {
-        asio::error_code ignored;
-        socket_.close(ignored);
-        return;
-    }
+    if (OpenAt(socket_, options_.BindIp)) return;
     state_ = State::Connecting;
     deadline_ = Clock::now() + options_.Times.Connect;
     socket_.async_connect(ToAsio(place_), [self = shared_from_this()](const asio::error_code& error) {
