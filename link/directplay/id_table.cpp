@@ -27,11 +27,14 @@ IdTable::Slot& IdTable::SlotOf(std::uint32_t id) {
     return slots_[slot];
 }
 
+bool IdTable::Slot::CanBeUsed() const { return !Taken && Uses < MaxUses; }
+
 std::optional<std::uint32_t> IdTable::Allocate() {
-    for (std::size_t slot = 0; slot < MaxSlots; ++slot) {
+    while (firstUsable_ < slots_.size() && !slots_[firstUsable_].CanBeUsed()) ++firstUsable_;
+    for (std::size_t slot = firstUsable_; slot < MaxSlots; ++slot) {
         if (slot == slots_.size()) slots_.emplace_back();
         Slot& candidate = slots_[slot];
-        if (candidate.Taken || candidate.Uses >= MaxUses) continue;
+        if (!candidate.CanBeUsed()) continue;
         ++candidate.Uses;
         const std::uint32_t id = Id(slot);
         if (IsReserved(id)) continue;  // this use of the slot is passed over
@@ -43,7 +46,9 @@ std::optional<std::uint32_t> IdTable::Allocate() {
 
 void IdTable::Free(std::uint32_t id) {
     const std::size_t slot = (id ^ key_) & 0xFFFF;
-    if (slot < slots_.size() && Id(slot) == id) slots_[slot].Taken = false;
+    if (slot >= slots_.size() || Id(slot) != id) return;
+    slots_[slot].Taken = false;
+    firstUsable_ = std::min(firstUsable_, slot);
 }
 
 void IdTable::TakeOver(std::uint32_t id) {
