@@ -218,7 +218,7 @@ TEST_F(HostilePeers, ConnectionsThatBringNothingAreClosedAfterAWhile) {
 
 TEST_F(HostilePeers, AMemberMayBeSilentForAsLongAsItLikes) {
     DirectPlayOptions options = TestOptions();
-    options.Sockets.Bounds.InboundSilence = milliseconds(50);
+    options.Sockets.Bounds.InboundSilence = seconds(1);
     Peer host(options);
     host.Opens("Host");
     RawPeer member;
@@ -232,7 +232,7 @@ TEST_F(HostilePeers, AMemberMayBeSilentForAsLongAsItLikes) {
 
 TEST_F(HostilePeers, AFrameBegunAfterALongSilenceMayComeInTwoParts) {
     DirectPlayOptions options = TestOptions();
-    options.Sockets.Bounds.InboundSilence = milliseconds(500);
+    options.Sockets.Bounds.InboundSilence = seconds(2);
     Peer host(options);
     host.Opens("Host");
     RawPeer member;
