@@ -307,7 +307,8 @@ void DirectPlaySession::Join(const SessionRecord& session) {
 std::int32_t DirectPlaySession::FinishRequest(const std::string& what) {
     const auto ready = [](Participant& p) { return p.LastOutcome().Ready; };
     try {
-        WaitFor(ready, Clock::now() + 2 * options_.Sockets.Times.Request + RequestGrace);
+        WaitFor(ready,
+                Clock::now() + options_.Sockets.Times.Request + options_.Sockets.Times.Table + RequestGrace);
     } catch (const SessionError& error) {
         live_->With([&](Participant& p) { p.Abandon(error.what()); });
         throw;
