@@ -35,6 +35,13 @@ inline std::string_view AsText(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
+/// Pieces one behind the other.
+inline std::string Joined(const std::vector<std::string_view>& pieces) {
+    std::string whole;
+    for (const std::string_view piece : pieces) whole += piece;
+    return whole;
+}
+
 /// A BGL file as the scan holds it: in memory of its own, one byte longer than the file.
 inline std::vector<std::uint8_t> FileBuffer(std::string_view file) {
     std::vector<std::uint8_t> buffer;

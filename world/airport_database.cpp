@@ -61,7 +61,10 @@ AirportList ReadAirports(std::string_view appFolder, std::int32_t airportCount) 
 }
 
 void WriteAirports(std::string_view appFolder, const AirportList& airports) {
-    ReplaceFile(PathOf(appFolder, AirportsName), {airports.Bytes(), AirportList::SpareRecord()});
+    const std::string spare = AirportList::SpareRecord();
+    std::vector<std::string_view> pieces = airports.Pieces();
+    pieces.push_back(spare);
+    ReplaceFile(PathOf(appFolder, AirportsName), pieces);
 }
 
 AirportList ReadDatabase(std::string_view appFolder) {

@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include <ctime>
 #include <fstream>
 
 #include "bench/world/made_up_world.h"
@@ -68,31 +69,42 @@ void DecodeFacilities(benchmark::State& state) {
 }
 BENCHMARK(DecodeFacilities)->Unit(benchmark::kMillisecond);
 
-/// The longest a window has to wait: a tick that reads a file of 5 MB, when the list is already long.
+double ThreadMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+/// The longest a window has to wait: a tick that reads a file of 5 MB, when the list is already long. Told in
+/// processor time, which a busy machine does not blur.
 void ScanTickOfFiveMegabytes(benchmark::State& state) {
+    constexpr int Files = 20;
     const MadeUpWorld world(0);
     const auto buffer = SceneryOf(FiveMegabytes);
     const auto folder = std::filesystem::path(world.SimFolder());
     std::filesystem::create_directories(folder / "a/scenery");
     std::ofstream(folder / "scenery.cfg") << "[Area.1]\nLocal=a\n";
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < Files; ++i) {
         std::ofstream(folder / fmt::format("a/scenery/{}.bgl", i), std::ios::binary)
             .write(reinterpret_cast<const char*>(buffer.data()), std::ssize(buffer) - 1);
     }
     const Station station;
     double longest = 0;
+    double all = 0;
     for (auto _ : state) {
         ScanObserver nobody;
         SceneryScan scan(station, world.SimFolder(), nobody);
-        const auto start = std::chrono::steady_clock::now();
-        auto before = start;
+        double before = ThreadMilliseconds();
+        const double start = before;
         while (scan.Tick()) {
-            const auto now = std::chrono::steady_clock::now();
-            longest = std::max(longest, std::chrono::duration<double, std::milli>(now - before).count());
+            const double now = ThreadMilliseconds();
+            longest = std::max(longest, now - before);
             before = now;
         }
+        all = before - start;
     }
     state.counters["longest_tick_ms"] = longest;
+    state.counters["mean_tick_ms"] = all / Files;
 }
 BENCHMARK(ScanTickOfFiveMegabytes)->Unit(benchmark::kMillisecond);
 

@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const AirportList airports = AirportList::FromBytes(std::string(file), count);
         Require(airports.Count() == count, "there are as many airports as asked for");
-        Require(airports.MemoryInUse() <= 2 * size + 64, "memory follows the bytes that are there");
+        Require(airports.MemoryInUse() <= 2 * size + 256, "memory follows the bytes that are there");
         AirportList copy;
         for (std::int32_t i = 0; i < airports.Count(); ++i) {
             const Airport airport = airports.Record(i);
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             Require(airports.FindLast(AirportLabel(airport)) >= i, "an airport is found by its label");
             copy.Add(airport);
         }
-        Require(copy.Bytes() == file.substr(0, copy.Bytes().size()), "records are written as they were read");
+        Require(file.starts_with(Joined(copy.Pieces())), "records are written as they were read");
     } catch (const DamagedData&) {
     }
     return 0;

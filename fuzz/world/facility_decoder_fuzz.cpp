@@ -12,14 +12,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Airport known;
     known.Name = "Known Field";
     airports.Add(known);
-    const std::string before(airports.Bytes());
+    const std::string before = Joined(airports.Pieces());
     try {
         ScanFacilities(buffer, station, airports);
     } catch (const DamagedData&) {
-        Require(airports.Bytes() == before && airports.Count() == 1, "a damaged file adds nothing");
+        Require(Joined(airports.Pieces()) == before && airports.Count() == 1, "a damaged file adds nothing");
         return 0;
     }
-    const std::string bytes = std::string(airports.Bytes()) + AirportList::SpareRecord();
+    const std::string bytes = Joined(airports.Pieces()) + AirportList::SpareRecord();
     const AirportList again = AirportList::FromBytes(bytes, airports.Count());
     for (std::int32_t i = 0; i < airports.Count(); ++i) {
         const Airport airport = again.Record(i);

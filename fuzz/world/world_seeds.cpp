@@ -5,6 +5,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "fuzz/fuzz_input.h"
 #include "practice/bgl_writer.h"
 #include "practice/made_up_airports.h"
 #include "world/airport_database.h"
@@ -68,7 +69,7 @@ void WriteSceneryAndDatabases(const std::filesystem::path& seeds) {
             file += '\0';
             ScanFacilities({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}, station, list);
             const std::string spare = AirportList::SpareRecord();
-            databases.Add(Prefixed(list.Count(), std::string(list.Bytes()) + spare));
+            databases.Add(Prefixed(list.Count(), Joined(list.Pieces()) + spare));
         }
     }
     databases.Add(Prefixed(0, AirportList::SpareRecord()));
