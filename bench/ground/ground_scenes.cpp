@@ -7,10 +7,9 @@
 #include "ground/plain_ground.h"
 #include "ground/taxi_network.h"
 #include "ground/traffic_picture.h"
-#include "practice/practice_airports.h"
-#include "practice/station_from_facts.h"
 #include "station/geometry.h"
 #include "station/phases.h"
+#include "support/practice_station.h"
 
 namespace corvenna {
 
@@ -40,10 +39,7 @@ void Count(const Station& station, TaxiRequest& request) {
 }  // namespace
 
 Station Seattle() {
-    const auto airports = LoadPracticeAirports(CORVENNA_BENCH_DATA "/practice-airports.json");
-    Station station;
-    FillStation(station, FindPracticeAirport(airports, "KSEA"), airports,
-                std::vector<std::int16_t>(MagVarGridSize));
+    Station station = PracticeStation(CORVENNA_BENCH_DATA, "KSEA");
     ComputeSectorCentres(station);
     return station;
 }
