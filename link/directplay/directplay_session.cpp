@@ -254,9 +254,9 @@ void DirectPlaySession::ExplainSilence(const SessionSearch::Wanted& wanted,
     if (!streamTrouble.empty()) line += fmt::format(" (UDP: silence; TCP: {})", streamTrouble);
     line += fmt::format(
         ". Is a session open there, with room for one more? The host answers by a connection to this "
-        "computer: a "
-        "firewall here must let TCP {} and UDP {} in, one there port {}",
-        live_->Net.TcpPort(), live_->Net.UdpPort(), options_.Sockets.NameServer);
+        "computer: a firewall here must let TCP {} and UDP {} in, one there port {}",
+        live_->Net.TcpPort(), live_->Net.UdpPort(),
+        wanted.Stream ? wanted.Stream->Port : options_.Sockets.NameServer);
     notices_.push_back(std::move(line));
 }
 

@@ -77,9 +77,18 @@ void OutboundConnection::Check(TimePoint now) {
     Finish(End::Stuck, "it has not read anything for too long");
 }
 
+/// Comes from the address at which this participant listens: that is where the other side answers.
+void OutboundConnection::BindToOwnAddress() {
+    if (options_.BindIp == 0) return;
+    asio::error_code ignored;
+    socket_.open(asio::ip::tcp::v4(), ignored);
+    socket_.bind({asio::ip::address_v4(options_.BindIp), 0}, ignored);
+}
+
 void OutboundConnection::Connect() {
     state_ = State::Connecting;
     deadline_ = Clock::now() + options_.Times.Connect;
+    BindToOwnAddress();
     socket_.async_connect(ToAsio(place_), [self = shared_from_this()](const asio::error_code& error) {
         if (self->state_ == State::Ended) return;
         if (error) return self->Finish(End::Unreachable, ConnectTrouble(error));
