@@ -5,10 +5,9 @@
 #include <random>
 
 #include "ground/taxi_network.h"
-#include "practice/practice_airports.h"
-#include "practice/station_from_facts.h"
 #include "station/geometry.h"
 #include "station/phases.h"
+#include "support/practice_station.h"
 
 namespace corvenna {
 
@@ -48,10 +47,7 @@ Station MadeUpAirport() {
 }  // namespace
 
 Station Seattle() {
-    const auto airports = LoadPracticeAirports(CORVENNA_BENCH_DATA "/practice-airports.json");
-    Station station;
-    FillStation(station, FindPracticeAirport(airports, "KSEA"), airports,
-                std::vector<std::int16_t>(MagVarGridSize));
+    Station station = PracticeStation(CORVENNA_BENCH_DATA, "KSEA");
     ComputeSectorCentres(station);
     return station;
 }
