@@ -11,6 +11,7 @@
 #include "tools/console/join_program.h"
 #include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
+#include "tools/console/session_name.h"
 #include "world/airport_check.h"
 
 namespace {
@@ -122,8 +123,8 @@ std::optional<std::chrono::milliseconds> Length(const Options& options) {
 void Practise(Station station, const Options& options, PosixTerminal& keyboard, RadioPrinter& printer) {
     FasterTerminal terminal(keyboard, options.Speed);
     PracticeConsole practice(std::move(station),
-                             {.Controller = Utf8ToCodePage(options.Callsign),
-                              .Person = Utf8ToCodePage(options.Person),
+                             {.Controller = NameInSession(options.Callsign, "the controller's name"),
+                              .Person = NameInSession(options.Person, "your callsign"),
                               .Pilots = options.Pilots},
                              printer);
     RunConsole(practice, terminal, Length(options));
