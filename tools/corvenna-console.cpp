@@ -11,6 +11,8 @@
 #include "tools/console/join_program.h"
 #include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
+#include "tools/console/session_name.h"
+#include "world/airport_check.h"
 
 namespace {
 
@@ -104,6 +106,14 @@ void ListAirports(const std::filesystem::path& appFolder) {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
+/// What a controller or a pilot will stumble over there, in one line.
+void TellFindings(const Station& station) {
+    const std::string findings = FindingsInOneLine(CheckAirport(station));
+    if (findings.empty()) return;
+    std::cerr << CodePageToUtf8(
+        fmt::format("{} ({}): {}\n", station.AirportName, station.AirportCode, findings));
+}
+
 /// By the program's own time.
 std::optional<std::chrono::milliseconds> Length(const Options& options) {
     if (!options.Minutes) return std::nullopt;
@@ -113,8 +123,8 @@ std::optional<std::chrono::milliseconds> Length(const Options& options) {
 void Practise(Station station, const Options& options, PosixTerminal& keyboard, RadioPrinter& printer) {
     FasterTerminal terminal(keyboard, options.Speed);
     PracticeConsole practice(std::move(station),
-                             {.Controller = Utf8ToCodePage(options.Callsign),
-                              .Person = Utf8ToCodePage(options.Person),
+                             {.Controller = NameInSession(options.Callsign, "the controller's name"),
+                              .Person = NameInSession(options.Person, "your callsign"),
                               .Pilots = options.Pilots},
                              printer);
     RunConsole(practice, terminal, Length(options));
@@ -123,6 +133,7 @@ void Practise(Station station, const Options& options, PosixTerminal& keyboard, 
 void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
+    TellFindings(station);
 
     PosixTerminal keyboard;
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());

@@ -249,8 +249,8 @@ std::optional<Endpoint> DirectPlaySession::Resolve(const std::string& host) {
 
 void DirectPlaySession::ExplainSilence(const SessionSearch::Wanted& wanted,
                                        const std::string& streamTrouble) {
-    const std::string where = wanted.Stream ? EndpointText(*wanted.Stream) : "the local network";
-    std::string line = fmt::format("no session answered at {}", where);
+    const std::string where = wanted.Stream ? "at " + EndpointText(*wanted.Stream) : "on the local network";
+    std::string line = fmt::format("no session answered {}", where);
     if (!streamTrouble.empty()) line += fmt::format(" (UDP: silence; TCP: {})", streamTrouble);
     line += fmt::format(
         ". Is a session open there, with room for one more? The host answers by a connection to this "
