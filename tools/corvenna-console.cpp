@@ -11,6 +11,7 @@
 #include "tools/console/join_program.h"
 #include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
+#include "tools/console/session_name.h"
 
 namespace {
 
@@ -111,8 +112,8 @@ std::optional<std::chrono::milliseconds> Length(const Options& options) {
 
 void Practise(Station station, const Options& options, Terminal& terminal, RadioPrinter& printer) {
     PracticeConsole practice(std::move(station),
-                             {.Controller = Utf8ToCodePage(options.Callsign),
-                              .Person = Utf8ToCodePage(options.Person),
+                             {.Controller = NameInSession(options.Callsign, "the controller's name"),
+                              .Person = NameInSession(options.Person, "your callsign"),
                               .Pilots = options.Pilots},
                              printer);
     RunConsole(practice, terminal, Length(options));

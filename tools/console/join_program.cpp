@@ -4,9 +4,9 @@
 
 #include <ostream>
 
-#include "station/code_page.h"
 #include "tools/console/session_console.h"
 #include "tools/console/session_list.h"
+#include "tools/console/session_name.h"
 
 namespace corvenna {
 
@@ -71,7 +71,9 @@ void RunJoin(Station station, const JoinOptions& options, const directplay::Sock
         return !stopAsked;
     });
     SessionConsole console(
-        std::move(station), {Utf8ToCodePage(options.Session), Utf8ToCodePage(options.Callsign)},
+        std::move(station),
+        {NameInSession(options.Session, "the session's name"),
+         NameInSession(options.Callsign, "the controller's name")},
         [&] { return std::make_unique<DirectPlayRoot>(directPlay); }, printer);
     running = &console;
     try {
@@ -101,7 +103,8 @@ void RunSearch(const std::string& host, const directplay::SocketOptions& sockets
         if (stopAsked) return;
         throw;
     }
-    if (found.Sessions.empty()) throw SessionError(fmt::format("{}", fmt::join(found.Notices, "\n")));
+    if (found.Sessions.empty())
+        throw SessionError(Printable(fmt::format("{}", fmt::join(found.Notices, ". "))));
     PrintSessions(out, found.Sessions);
 }
 
