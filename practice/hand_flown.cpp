@@ -30,6 +30,9 @@ constexpr double CrossingFeet = 50;
 constexpr double TooHighFeet = 400;
 constexpr double ReachedMiles = 0.5;
 constexpr double HighestFeet = 60000;
+constexpr double ClearMiles = 0.035;       // beside the centreline: some 200 ft
+constexpr double ExitMiles = 0.06;         // ahead and beside, where no taxiway is
+constexpr double FarthestExitMiles = 0.5;  // a taxiway beyond that is none for now
 
 double Seconds(std::chrono::milliseconds time) { return static_cast<double>(time.count()) / 1000; }
 
@@ -187,10 +190,27 @@ void HandFlown::MoveOnce(std::chrono::milliseconds time) {
         case Doing::RollingOut:
             Roll(BacktrackKnots, aircraft_.HeadingTrue, time);
             if (aircraft_.Knots > BacktrackKnots) break;
-            track_ = {chart_->WayOffRunway(aircraft_.Where()), 0};
+            track_ = {WayOff(), 0};
             doing_ = Doing::Taxiing;
             break;
     }
+}
+
+/// To the nearest point of a taxiway ahead beside the runway; without one a little to the right.
+std::vector<Place> HandFlown::WayOff() const {
+    const TaxiNetwork& taxiways = chart_->Taxiways();
+    const double along = chart_->SeenFromRunway(aircraft_.Where()).Along;
+    Place best = chart_->FromRunway({along + ExitMiles, ExitMiles});
+    double bestMiles = FarthestExitMiles;
+    for (int node = 0; node < taxiways.PointCount() && !taxiways.Empty(); ++node) {
+        if (!taxiways.HasTaxiway(node) || chart_->IsOnRunway(taxiways.At(node))) continue;
+        const RunwayPlace seen = chart_->SeenFromRunway(taxiways.At(node));
+        const double miles = MilesBetween(aircraft_.Where(), taxiways.At(node));
+        if (seen.Along < along || std::abs(seen.Right) < ClearMiles || miles >= bestMiles) continue;
+        best = taxiways.At(node);
+        bestMiles = miles;
+    }
+    return {best};
 }
 
 void HandFlown::Roll(double knots, double heading, std::chrono::milliseconds time) {

@@ -48,6 +48,7 @@ class HandFlown {
     std::string TakeOff();
     std::string Where() const;
     void MoveOnce(std::chrono::milliseconds time);
+    std::vector<Place> WayOff() const;
     void Roll(double knots, double heading, std::chrono::milliseconds time);
     void FlyTo(double headingTrue, double altitudeFeet, double knots, std::chrono::milliseconds time);
     void FlyLanding(std::chrono::milliseconds time);

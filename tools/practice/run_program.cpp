@@ -11,7 +11,7 @@
 #include "practice/practice_host.h"
 #include "practice/simulator_peer.h"
 #include "station/code_page.h"
-#include "tools/practice/child_process.h"
+#include "tools/practice/started_program.h"
 
 namespace corvenna {
 
@@ -50,7 +50,7 @@ void RunWholePractice(const RunOptions& options, Terminal& terminal, std::ostrea
     access.Host = options.Bind;
     access.Sockets = hosting.Sockets;
     FlyingParty party(std::move(station), access, options.Traffic, !options.Picture.empty(), {});
-    ChildProcess controller(options.Station);
+    StartedProgram controller(options.Station);
     LeaveInputToOthers();
     FlyUntil(party, terminal, options.Length, [&](std::chrono::milliseconds now) {
         host.Step(now);

@@ -15,6 +15,7 @@
 #include "practice/simulator_peer.h"
 #include "station/code_page.h"
 #include "station/text.h"
+#include "tools/console/session_name.h"
 #include "tools/practice/fly_program.h"
 
 namespace corvenna {
@@ -44,7 +45,7 @@ class Seat {
           terminal_(terminal),
           out_(out),
           reach_(ReachHost(options.Access)),
-          name_(Utf8ToCodePage(options.Name)),
+          name_(NameInSession(options.Name, "your callsign")),
           peer_(MakeParticipant(reach_), {.Name = name_, .Aircraft = "Cessna Skylane 182S", .Where = {}},
                 Events()) {
         if (!options.Access.Airport.empty()) {

@@ -7,8 +7,8 @@
 #include <filesystem>
 
 #include "link/fs_messages.h"
+#include "tools/child_process.h"
 #include "tools/practice/loopback.h"
-#include "tools/practice/program.h"
 
 namespace corvenna {
 namespace {
@@ -31,14 +31,14 @@ std::vector<std::string> Fly(const std::string& address, const std::vector<std::
 TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
     constexpr const char* Address = "127.0.21.1";
     LoopbackHost host(Address, 8, "KSEA_Controller");
-    Program fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
-    ASSERT_TRUE(fly.Prints("N101CV is at the ramp", host.Stepper())) << fly.Output;
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
     host.Peer.Say(std::string("N101CV") + Welcome);
-    while (host.Said.empty()) host.Step();
+    host.Until([&] { return !host.Said.empty(); });
     EXPECT_EQ(host.Said.front(), "N101CV: KSEA,1");
-    fly.Receives(SIGTERM);
-    EXPECT_EQ(fly.Ends(host.Stepper()), 0);
-    EXPECT_THAT(fly.Output,
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(),
                 HasSubstr("at Seattle-Tacoma Intl (KSEA): 1 pilot came, 0 served, 0 completed, 1 still "
                           "flying\nclearances 0, vectors 0, handoffs 0, landings 0, go-arounds 0, "
                           "stuck 0\n"));
@@ -48,9 +48,9 @@ TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
 TEST(FlyProgramTest, TheAirportIsThatOfTheWelcome) {
     constexpr const char* Address = "127.0.21.2";
     LoopbackHost host(Address, 8, "Tower");
-    Program fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
+    ChildProcess fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
     bool welcomed = false;
-    EXPECT_TRUE(fly.Prints("N101CV is at the ramp", [&] {
+    fly.WaitFor("N101CV is at the ramp", [&] {
         host.Step();
         if (!welcomed && host.IdOf("Practice_Listener") != 0) {
             host.Peer.Say(
@@ -58,20 +58,20 @@ TEST(FlyProgramTest, TheAirportIsThatOfTheWelcome) {
                 "services");
             welcomed = true;
         }
-    })) << fly.Output;
-    fly.Receives(SIGTERM);
-    EXPECT_EQ(fly.Ends(host.Stepper()), 0);
-    EXPECT_THAT(fly.Output, HasSubstr("(LOWI): 1 pilot came"));
+    });
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("(LOWI): 1 pilot came"));
 }
 
 TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
     constexpr const char* Address = "127.0.21.3";
     LoopbackHost host(Address, 8);
     const std::string picture = testing::TempDir() + "/fly-program-test.svg";
-    Program fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.02",
-                              "--picture", picture}));
-    EXPECT_EQ(fly.Ends(host.Stepper()), 0) << fly.Output;
-    EXPECT_THAT(fly.Output, HasSubstr("1 minute at Seattle-Tacoma Intl (KSEA): 2 pilots came"));
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.02",
+                                   "--picture", picture}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0) << fly.Output();
+    EXPECT_THAT(fly.Output(), HasSubstr("1 minute at Seattle-Tacoma Intl (KSEA): 2 pilots came"));
     EXPECT_GT(std::filesystem::file_size(picture), 1000u);
     std::filesystem::remove(picture);
 }
@@ -79,72 +79,73 @@ TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
 TEST(FlyProgramTest, WhenTheControllerLeavesPilotsGoOnAndSaySo) {
     constexpr const char* Address = "127.0.21.4";
     LoopbackHost host(Address, 8);
-    Program fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
-    ASSERT_TRUE(fly.Prints("N101CV is at the ramp", host.Stepper())) << fly.Output;
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
     const std::int32_t station = host.Peer.Dp().CreatePlayer("KSEA_Controller", "Player");
     host.Peer.Dp().Send(station, host.IdOf("N101CV"), WriteChat(std::string("N101CV") + Welcome));
-    while (host.Said.empty()) host.Step();
+    host.Until([&] { return !host.Said.empty(); });
     host.Peer.Dp().DestroyPlayer(station);
-    EXPECT_TRUE(fly.Prints("N101CV goes on alone: the controller has left the session", host.Stepper()));
-    while (host.Said.size() < 2) host.Step();
-    fly.Receives(SIGTERM);
-    EXPECT_EQ(fly.Ends(host.Stepper()), 0);
-    EXPECT_THAT(fly.Output, HasSubstr("the controller left after "));
+    fly.WaitFor("N101CV goes on alone: the controller has left the session", host.Stepper());
+    host.Until([&] { return host.Said.size() == 2; });
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("the controller left after "));
     EXPECT_THAT(host.Said, Contains("N101CV: " + std::string(PracticePilot::GoingOnAlone)));
 }
 
 // ---- Bad input
 
 TEST(FlyProgramTest, NoSessionAtTheAddress) {
-    Program fly(Fly("127.0.21.5", {"--airport", "KSEA"}));
-    EXPECT_EQ(fly.Ends(), 1);
-    EXPECT_THAT(fly.Output, HasSubstr("no session answered at 127.0.21.5:47624"));
+    ChildProcess fly(Fly("127.0.21.5", {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("no session answered at 127.0.21.5:47624"));
 }
 
 TEST(FlyProgramTest, AFullSession) {
     constexpr const char* Address = "127.0.21.6";
     LoopbackHost host(Address, 1);
-    Program fly(Fly(Address, {"--airport", "KSEA"}));
-    EXPECT_EQ(fly.Ends(host.Stepper()), 1);
-    EXPECT_THAT(fly.Output, HasSubstr("the session \"Test Session\" is full: 1 of 1 are in it"));
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("the session \"Test Session\" is full: 1 of 1 are in it"));
 }
 
 TEST(FlyProgramTest, ASessionWithRoomForSomeOnly) {
     constexpr const char* Address = "127.0.21.7";
     LoopbackHost host(Address, 2);
-    Program fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.01"}));
-    EXPECT_EQ(fly.Ends(host.Stepper()), 0);
-    EXPECT_THAT(fly.Output, HasSubstr("1 pilot came"));
-    EXPECT_THAT(fly.Output, HasSubstr("failed to join 1 time"));
+    ChildProcess fly(
+        Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.01"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("1 pilot came"));
+    EXPECT_THAT(fly.Output(), HasSubstr("failed to join 1 time"));
 }
 
 TEST(FlyProgramTest, APilotOfTheSameNameIsThereAlready) {
     constexpr const char* Address = "127.0.21.8";
     LoopbackHost host(Address, 8);
     host.Peer.Dp().CreatePlayer("N101CV", "Player");
-    Program fly(Fly(Address, {"--airport", "KSEA"}));
-    EXPECT_EQ(fly.Ends(host.Stepper()), 1);
-    EXPECT_THAT(fly.Output, HasSubstr("there is a N101CV in the session already"));
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("there is a N101CV in the session already"));
 }
 
 TEST(FlyProgramTest, AnAirportThatIsNotKnown) {
     constexpr const char* Address = "127.0.21.9";
-    Program fly(Fly(Address, {"--airport", "XXXX"}));
-    EXPECT_EQ(fly.Ends(), 1);
-    EXPECT_THAT(fly.Output, HasSubstr("there is no airport XXXX; known are "));
+    ChildProcess fly(Fly(Address, {"--airport", "XXXX"}));
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("there is no airport XXXX; known are "));
 }
 
 TEST(FlyProgramTest, MorePilotsThanThereArePortsFor) {
-    Program fly(Fly("127.0.21.10", {"--pilots", "5000"}));
-    EXPECT_EQ(fly.Ends(), 2);
-    EXPECT_THAT(fly.Output, HasSubstr("--pilots: Value 5000 not in range 1 to 40"));
+    ChildProcess fly(Fly("127.0.21.10", {"--pilots", "5000"}));
+    EXPECT_EQ(fly.WaitForEnd(), 2);
+    EXPECT_THAT(fly.Output(), HasSubstr("--pilots: Value 5000 not in range 1 to 40"));
 }
 
 TEST(FlyProgramTest, AnAddressOfSomebodyElse) {
-    Program fly({CORVENNA_PRACTICE, "fly", "127.0.21.11", "--bind", "nowhere", "--app",
-                 PracticeApp().string(), "--data", CORVENNA_TEST_DATA});
-    EXPECT_EQ(fly.Ends(), 1);
-    EXPECT_THAT(fly.Output, HasSubstr("\"nowhere\" is no address of this computer"));
+    ChildProcess fly({CORVENNA_PRACTICE, "fly", "127.0.21.11", "--bind", "nowhere", "--app",
+                      PracticeApp().string(), "--data", CORVENNA_TEST_DATA});
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("\"nowhere\" is no address of this computer"));
 }
 
 }  // namespace

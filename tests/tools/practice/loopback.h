@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +10,7 @@
 #include "link/directplay/directplay_session.h"
 #include "practice/practice_folder.h"
 #include "practice/simulator_peer.h"
+#include "tools/child_process.h"
 
 namespace corvenna {
 
@@ -38,6 +41,13 @@ class LoopbackHost {
     void Step() { Peer.Step(std::chrono::milliseconds(0)); }
     std::function<void()> Stepper() {
         return [this] { Step(); };
+    }
+
+    /// Steps until it is so; a test that waits in vain has failed.
+    void Until(const std::function<bool()>& isSo) {
+        const auto deadline = std::chrono::steady_clock::now() + ChildProcess::Patience;
+        while (!isSo() && std::chrono::steady_clock::now() < deadline) Step();
+        ASSERT_TRUE(isSo());
     }
 
     std::int32_t IdOf(const std::string& name) {

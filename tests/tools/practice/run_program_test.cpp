@@ -6,8 +6,8 @@
 
 #include <sstream>
 
+#include "tools/child_process.h"
 #include "tools/practice/loopback.h"
-#include "tools/practice/program.h"
 
 namespace corvenna {
 namespace {
@@ -18,48 +18,48 @@ using testing::Not;
 std::vector<std::string> RunAt(const std::string& address, const std::vector<std::string>& more = {}) {
     std::vector<std::string> command = {
         CORVENNA_PRACTICE,      "run",    "--bind",           address,   "--app",
-        PracticeApp().string(), "--data", CORVENNA_TEST_DATA, "--speed", "60"};
+        PracticeApp().string(), "--data", CORVENNA_TEST_DATA, "--speed", "20"};
     command.insert(command.end(), more.begin(), more.end());
     return command;
 }
 
 TEST(RunProgramTest, ServesPilotsAndEndsWithASummary) {
-    Program run(RunAt("127.0.23.1", {"--pilots", "2", "--minutes", "0.2"}));
+    ChildProcess run(RunAt("127.0.23.1", {"--pilots", "2", "--minutes", "0.3"}));
     run.EndInput();
-    EXPECT_EQ(run.Ends(), 0) << run.Output;
-    EXPECT_THAT(run.Output, HasSubstr("N101CV. Welcome to Corvenna v1.3 (by Dravik)."));
-    EXPECT_THAT(run.Output, HasSubstr("12 minutes at Seattle-Tacoma Intl (KSEA): 2 pilots came, 2 served"));
-    EXPECT_THAT(run.Output, HasSubstr("stuck 0\n"));
+    EXPECT_EQ(run.WaitForEnd(), 0) << run.Output();
+    EXPECT_THAT(run.Output(), HasSubstr("N101CV. Welcome to Corvenna v1.3 (by Dravik)."));
+    EXPECT_THAT(run.Output(), HasSubstr("6 minutes at Seattle-Tacoma Intl (KSEA): 2 pilots came, 2 served"));
+    EXPECT_THAT(run.Output(), HasSubstr("stuck 0\n"));
 }
 
 TEST(RunProgramTest, ATerminationSignalEndsAllOfIt) {
-    Program run(RunAt("127.0.23.2", {"--airport", "LOWI"}));
-    ASSERT_TRUE(run.Prints("N101CV. Welcome to Corvenna")) << run.Output;
-    run.Receives(SIGTERM);
-    EXPECT_EQ(run.Ends(), 0);
-    EXPECT_THAT(run.Output, HasSubstr("(LOWI): "));
+    ChildProcess run(RunAt("127.0.23.2", {"--airport", "LOWI"}));
+    run.WaitFor("N101CV. Welcome to Corvenna");
+    run.Signal(SIGTERM);
+    EXPECT_EQ(run.WaitForEnd(), 0);
+    EXPECT_THAT(run.Output(), HasSubstr("(LOWI): "));
 }
 
 TEST(RunProgramTest, ASecondOneAtTheSameAddressIsToldSo) {
     constexpr const char* Address = "127.0.23.3";
     LoopbackHost first(Address, 8);
-    Program run(RunAt(Address));
-    EXPECT_EQ(run.Ends(first.Stepper()), 1);
-    EXPECT_THAT(run.Output, HasSubstr("port 47624 (TCP or UDP) at 127.0.23.3 is taken by another program"));
-    EXPECT_THAT(run.Output, Not(HasSubstr("Welcome")));
+    ChildProcess run(RunAt(Address));
+    EXPECT_EQ(run.WaitForEnd(first.Stepper()), 1);
+    EXPECT_THAT(run.Output(), HasSubstr("port 47624 (TCP or UDP) at 127.0.23.3 is taken by another program"));
+    EXPECT_THAT(run.Output(), Not(HasSubstr("Welcome")));
 }
 
 TEST(RunProgramTest, AnAirportWithoutTaxiNetworkAndController) {
-    Program run(RunAt("127.0.23.6", {"--airport", "S31", "--pilots", "2", "--minutes", "0.2"}));
-    EXPECT_EQ(run.Ends(), 0);
-    EXPECT_THAT(run.Output, HasSubstr("the airport has no taxi network: pilots taxi in straight lines"));
-    EXPECT_THAT(run.Output, HasSubstr("2 pilots came, 2 served"));
+    ChildProcess run(RunAt("127.0.23.6", {"--airport", "S31", "--pilots", "2", "--minutes", "0.3"}));
+    EXPECT_EQ(run.WaitForEnd(), 0);
+    EXPECT_THAT(run.Output(), HasSubstr("the airport has no taxi network: pilots taxi in straight lines"));
+    EXPECT_THAT(run.Output(), HasSubstr("2 pilots came, 2 served"));
 }
 
 TEST(RunProgramTest, AnAirportThatIsNotKnown) {
-    Program run(RunAt("127.0.23.4", {"--airport", "XXXX"}));
-    EXPECT_EQ(run.Ends(), 1);
-    EXPECT_THAT(run.Output, HasSubstr("there is no airport XXXX; known are "));
+    ChildProcess run(RunAt("127.0.23.4", {"--airport", "XXXX"}));
+    EXPECT_EQ(run.WaitForEnd(), 1);
+    EXPECT_THAT(run.Output(), HasSubstr("there is no airport XXXX; known are "));
 }
 
 /// The clock of a run that nobody waits for.

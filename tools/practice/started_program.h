@@ -11,18 +11,18 @@ namespace corvenna {
 
 /// Another program that runs beside this one, with the same terminal, and not longer than this one. One
 /// thread.
-class ChildProcess {
+class StartedProgram {
   public:
     /// How long a child that is asked to end may take, before it is ended without being asked.
     static constexpr std::chrono::seconds EndTime{10};
 
     /// Starts a program: its file, then its arguments. Throws std::system_error when it cannot be started.
-    explicit ChildProcess(const std::vector<std::string>& command);
+    explicit StartedProgram(const std::vector<std::string>& command);
 
     /// Asks it to end, and waits for that.
-    ~ChildProcess();
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~StartedProgram();
+    StartedProgram(const StartedProgram&) = delete;
+    StartedProgram& operator=(const StartedProgram&) = delete;
 
     /// Its exit status once it has ended; 128 + n when signal n has ended it.
     std::optional<int> Status();

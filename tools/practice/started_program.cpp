@@ -1,4 +1,4 @@
-#include "tools/practice/child_process.h"
+#include "tools/practice/started_program.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -33,7 +33,7 @@ constexpr std::chrono::milliseconds LookInterval{10};
 }  // namespace
 
 /// A pipe that closes by itself when the program has started tells whether it has.
-ChildProcess::ChildProcess(const std::vector<std::string>& command) {
+StartedProgram::StartedProgram(const std::vector<std::string>& command) {
     std::vector<char*> arguments;
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
@@ -53,21 +53,21 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command) {
     throw std::system_error(error, std::generic_category(), command[0]);
 }
 
-ChildProcess::~ChildProcess() { End(); }
+StartedProgram::~StartedProgram() { End(); }
 
-bool ChildProcess::Reap(int options) {
+bool StartedProgram::Reap(int options) {
     int status = 0;
     if (waitpid(pid_, &status, options) != pid_) return false;
     status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return true;
 }
 
-std::optional<int> ChildProcess::Status() {
+std::optional<int> StartedProgram::Status() {
     if (!status_) Reap(WNOHANG);
     return status_;
 }
 
-int ChildProcess::End() {
+int StartedProgram::End() {
     if (!Status()) kill(pid_, SIGTERM);
     const auto latest = std::chrono::steady_clock::now() + EndTime;
     while (!Status() && std::chrono::steady_clock::now() < latest) std::this_thread::sleep_for(LookInterval);

@@ -1,4 +1,4 @@
-#include "tools/practice/child_process.h"
+#include "tools/practice/started_program.h"
 
 #include <gmock/gmock.h>
 
@@ -10,30 +10,30 @@
 namespace corvenna {
 namespace {
 
-std::optional<int> EventualStatus(ChildProcess& child) {
+std::optional<int> EventualStatus(StartedProgram& child) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!child.Status() && std::chrono::steady_clock::now() < deadline) {
     }
     return child.Status();
 }
 
-TEST(ChildProcessTest, TellsTheStatusOfWhatHasEnded) {
-    ChildProcess good({"/bin/sh", "-c", "exit 0"});
+TEST(StartedProgramTest, TellsTheStatusOfWhatHasEnded) {
+    StartedProgram good({"/bin/sh", "-c", "exit 0"});
     EXPECT_EQ(EventualStatus(good), 0);
-    ChildProcess bad({"/bin/sh", "-c", "exit 7"});
+    StartedProgram bad({"/bin/sh", "-c", "exit 7"});
     EXPECT_EQ(EventualStatus(bad), 7);
     EXPECT_EQ(bad.End(), 7);
 }
 
-TEST(ChildProcessTest, WhatRunsHasNoStatusAndIsEndedWhenAsked) {
-    ChildProcess child({"/bin/sleep", "1000"});
+TEST(StartedProgramTest, WhatRunsHasNoStatusAndIsEndedWhenAsked) {
+    StartedProgram child({"/bin/sleep", "1000"});
     EXPECT_EQ(child.Status(), std::nullopt);
     EXPECT_EQ(child.End(), 128 + SIGTERM);
 }
 
-TEST(ChildProcessTest, AProgramThatIsNotThereIsNamed) {
+TEST(StartedProgramTest, AProgramThatIsNotThereIsNamed) {
     try {
-        ChildProcess child({"/nowhere/at-all"});
+        StartedProgram child({"/nowhere/at-all"});
         FAIL();
     } catch (const std::system_error& error) {
         EXPECT_THAT(error.what(), testing::HasSubstr("/nowhere/at-all"));
@@ -41,12 +41,12 @@ TEST(ChildProcessTest, AProgramThatIsNotThereIsNamed) {
     }
 }
 
-TEST(ChildProcessTest, ItDoesNotInheritBlockedSignals) {
+TEST(StartedProgramTest, ItDoesNotInheritBlockedSignals) {
     sigset_t blocked, before;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
     sigprocmask(SIG_BLOCK, &blocked, &before);
-    ChildProcess child({"/bin/sleep", "1000"});
+    StartedProgram child({"/bin/sleep", "1000"});
     EXPECT_EQ(child.End(), 128 + SIGTERM);
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }
