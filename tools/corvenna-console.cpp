@@ -12,6 +12,7 @@
 #include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
 #include "tools/console/session_name.h"
+#include "world/airport_check.h"
 
 namespace {
 
@@ -104,6 +105,14 @@ void ListAirports(const std::filesystem::path& appFolder) {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
+/// What a controller or a pilot will stumble over there, in one line.
+void TellFindings(const Station& station) {
+    const std::string findings = FindingsInOneLine(CheckAirport(station));
+    if (findings.empty()) return;
+    std::cerr << CodePageToUtf8(
+        fmt::format("{} ({}): {}\n", station.AirportName, station.AirportCode, findings));
+}
+
 /// By the program's own time.
 std::optional<std::chrono::milliseconds> Length(const Options& options) {
     if (!options.Minutes) return std::nullopt;
@@ -122,6 +131,7 @@ void Practise(Station station, const Options& options, Terminal& terminal, Radio
 void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
+    TellFindings(station);
 
     PosixTerminal keyboard;
     FasterTerminal terminal(keyboard, options.Speed);

@@ -51,7 +51,6 @@ class OutboundConnection : public std::enable_shared_from_this<OutboundConnectio
     enum class State { Idle, Connecting, Ready, Ended };
 
     void Kick();
-    void BindToOwnAddress();
     void Connect();
     void WriteNext();
     void Read();

@@ -224,6 +224,16 @@ TEST_F(JoiningWindow, SearchUsesTheConnectionTwoBehindTheEntry) {
     EXPECT_THAT(Happened(), ElementsAre("release", "create", "initialize a3", "search []"));
 }
 
+TEST_F(JoiningWindow, AConnectionThatCannotBePreparedIsThrown) {
+    TheScript.Fails = "initialize";
+    Loads();
+    Form.SelectConnection(0);
+    Happened();
+    EXPECT_THROW(Form.Search(), SessionError);
+    EXPECT_THAT(Happened(), ElementsAre("release", "create", "initialize a2"));
+    EXPECT_EQ(Status(), "Disconnected");
+}
+
 TEST_F(JoiningWindow, SearchThatFindsNothingGoesBackToDisconnectedWithoutABox) {
     TheScript.Sessions.clear();
     Loads();
@@ -355,6 +365,21 @@ TEST_F(JoiningWindow, JoinThatCannotMakeThePlayerTearsDown) {
     EXPECT_FALSE(Form.Form().Timer1);
 }
 
+TEST_F(JoiningWindow, JoinWhoseRequestCannotBeSentIsThrownAndDoesNotWait) {
+    TheScript.Fails = "send";
+    Finds();
+    Form.SelectSession(0);
+    EXPECT_THROW(Form.Join(), SessionError);
+    EXPECT_EQ(Status(), "Player created");
+    EXPECT_FALSE(Form.Form().Timer1);
+}
+
+TEST_F(JoiningWindow, JoinBeforeAnySearchAsksForASession) {
+    Loads();
+    Form.Join();
+    EXPECT_THAT(Happened(), ElementsAre("(!) Please select a FS Multiplayer Session.", "release", "create"));
+}
+
 // ---- The timer
 
 TEST_F(JoiningWindow, TheRequestIsRepeatedAfterThirtySeconds) {
@@ -431,6 +456,15 @@ TEST_F(JoiningWindow, TheRestOfTheTicksMessagesIsGoneThrough) {
     Ticks();
     EXPECT_THAT(Happened(), ElementsAre("receive", "(i) Connected to FS Session!", "station window",
                                         "receive", "receive"));
+}
+
+TEST_F(JoiningWindow, AnAdmissionToldTwiceInOneTickCountsTwice) {
+    Requests();
+    Admits(Own);
+    Admits(Own);
+    Ticks();
+    EXPECT_THAT(Happened(), ElementsAre("receive", "(i) Connected to FS Session!", "station window",
+                                        "receive", "(i) Connected to FS Session!", "station window"));
 }
 
 TEST_F(JoiningWindow, OneTickTakesNoMoreMessagesThanWaitedAsItBegan) {

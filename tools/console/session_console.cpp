@@ -77,7 +77,8 @@ std::size_t SessionConsole::ChooseSession() const {
 std::string SessionConsole::Explanation() {
     std::string lines;
     for (const std::string& line : joining_.TakeNotices()) {
-        lines += (lines.empty() ? "" : "\n") + Printable(line);
+        if (!lines.empty()) lines += '\n';
+        lines += Printable(line);
     }
     return lines;
 }
