@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numbers>
 
 #include "airspace/fixes.h"
@@ -65,8 +66,9 @@ class PracticeDrawing {
         DrawAirport();
         for (const auto& [name, pilot] : log_.Pilots()) DrawTrack(pilot);
         for (const GeoPoint& fix : fixes_) DrawFix(fix);
-        for (const auto& [name, pilot] : log_.Pilots()) DrawMarks(pilot);
-        DrawMargin();
+        DrawMarks();
+        DrawNumbers();
+        DrawInset(DrawMargin());
         return canvas_.Document({left_, top_}, width_, height_, PictureHeight / height_, Title());
     }
 
@@ -197,20 +199,37 @@ class PracticeDrawing {
                            [](const auto& heard) { return !ReadInstructions(heard.Text).empty(); });
     }
 
-    /// Numbers only where one pilot was alone: of many they would cover each other.
-    void DrawMarks(const PilotLog& pilot) {
-        const bool alone = std::count_if(log_.Pilots().begin(), log_.Pilots().end(),
-                                         [](const auto& entry) { return IsInstructed(entry.second); }) == 1;
-        for (const PilotLog::Heard& heard : pilot.Texts) {
-            const DrawingPoint p = At(heard.Where);
-            const bool instructs = !ReadInstructions(heard.Text).empty();
-            if (alone && instructs) {
-                numbered_.push_back(&heard);
-                canvas_.Circle(p, letter_ * 0.62, "#ffffff", {.Color = Ink, .Width = letter_ / 12});
-                canvas_.Text(p, fmt::format("{}", numbered_.size()), {.Size = letter_ * 0.75, .Bold = true});
-            } else {
-                canvas_.Circle(p, letter_ * 0.2, Ink, {.Color = Ground, .Width = letter_ / 20});
+    void DrawMarks() {
+        for (const auto& [name, pilot] : log_.Pilots()) {
+            for (const PilotLog::Heard& heard : pilot.Texts) {
+                canvas_.Circle(At(heard.Where), letter_ * 0.2, Ink, {.Color = Ground, .Width = letter_ / 20});
             }
+        }
+    }
+
+    /// Only where one pilot was alone: of many they would cover each other. Of one they stand side by side.
+    void DrawNumbers() {
+        const auto& pilots = log_.Pilots();
+        const auto alone = std::find_if(pilots.begin(), pilots.end(),
+                                        [](const auto& entry) { return IsInstructed(entry.second); });
+        if (alone == pilots.end() || std::any_of(std::next(alone), pilots.end(), [](const auto& entry) {
+                return IsInstructed(entry.second);
+            })) {
+            return;
+        }
+        std::vector<DrawingPoint> placed;
+        for (const PilotLog::Heard& heard : alone->second.Texts) {
+            if (ReadInstructions(heard.Text).empty()) continue;
+            numbered_.push_back(&heard);
+            DrawingPoint place = At(heard.Where);
+            while (std::any_of(placed.begin(), placed.end(), [&](DrawingPoint other) {
+                return std::hypot(place.X - other.X, place.Y - other.Y) < letter_ * 1.3;
+            })) {
+                place.X += letter_ * 0.4;
+            }
+            placed.push_back(place);
+            canvas_.Circle(place, letter_ * 0.62, "#ffffff", {.Color = Ink, .Width = letter_ / 12});
+            canvas_.Text(place, fmt::format("{}", numbered_.size()), {.Size = letter_ * 0.75, .Bold = true});
         }
     }
 
@@ -221,7 +240,8 @@ class PracticeDrawing {
                            station_.ActiveRunway);
     }
 
-    void DrawMargin() {
+    /// Gives where there is room again.
+    double DrawMargin() {
         const double x = mapLeft_ + map_ + letter_;
         double y = top_ + letter_ * 2;
         canvas_.Box({mapLeft_ + map_, top_}, width_ - map_, height_, "#ffffff", {.Color = Ink, .Width = 0});
@@ -239,6 +259,23 @@ class PracticeDrawing {
         for (std::size_t i = 0; i < numbered_.size() && y < top_ + height_ - letter_ * 2; ++i) {
             y = WriteInstruction(x, y, fmt::format("{}", i + 1), Instructions(numbered_[i]->Text));
         }
+        return y;
+    }
+
+    /// The airport, when there is room for it and the map shows it too small.
+    void DrawInset(double y) {
+        const double side = std::min(width_ - map_, top_ + height_ - y) - 2 * letter_;
+        const double reach = std::max(chart_.RunwayMiles() * 0.75, LeastMiles) * UnitsPerMile;
+        if (side < map_ / 4 || map_ < 6 * reach) return;
+        const DrawingPoint corner{mapLeft_ + width_ - side - letter_, top_ + height_ - side - letter_};
+        canvas_.Box(corner, side, side, Ground, {.Color = Ink, .Width = letter_ / 10});
+        const double outside = letter_;
+        letter_ = 2 * reach / 30;
+        canvas_.BeginInset(corner, side, side, {-reach, -reach}, 2 * reach, 2 * reach);
+        DrawAirport();
+        for (const auto& [name, pilot] : log_.Pilots()) DrawTrack(pilot);
+        canvas_.EndInset();
+        letter_ = outside;
     }
 
     /// In lines of so many letters; gives where the next one goes.

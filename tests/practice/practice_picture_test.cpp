@@ -14,7 +14,7 @@ using testing::Not;
 using testing::StartsWith;
 
 constexpr std::string_view Vectors =
-    "N1, You are 30 miles, northwest, expect vectors for runway 16 approach. Turn left heading 150 degrees. "
+    ", You are 30 miles, northwest, expect vectors for runway 16 approach. Turn left heading 150 degrees. "
     "Choose one of the following options for the Approach frequency: 1-Acknowledge 2-Close ATC Services";
 
 class PracticePictureTest : public testing::Test {
@@ -32,7 +32,7 @@ class PracticePictureTest : public testing::Test {
         Log.Came(*PilotAt(name, PlaceBeyond(field, 230, 30)), 0ms);
         for (int mile = 0; mile < 20; ++mile) {
             Log.Flies(*PilotAt(name, PlaceBeyond(field, 230, 30 - mile)), mile * 20s);
-            if (mile == 5) Log.Heard(name, Vectors, mile * 20s);
+            if (mile == 5) Log.Heard(name, std::string(name).append(Vectors), mile * 20s);
         }
     }
 
@@ -57,8 +57,9 @@ TEST_F(PracticePictureTest, ATrackIsColouredByTheService) {
             ++count;
         return count;
     };
-    EXPECT_EQ(lines("stroke=\"#8a8a8a\""), 6u + 1u);   // before the text, and in the key
-    EXPECT_EQ(lines("stroke=\"#1565c0\""), 13u + 1u);  // with Approach
+    // On the map, in the larger view of the airport, and in the key.
+    EXPECT_EQ(lines("stroke=\"#8a8a8a\""), 6u + 6u + 1u);    // before the text
+    EXPECT_EQ(lines("stroke=\"#1565c0\""), 13u + 13u + 1u);  // with Approach
 }
 
 TEST_F(PracticePictureTest, TheFixesOfTheVectorsAreDrawn) {
