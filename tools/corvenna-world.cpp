@@ -218,8 +218,11 @@ int Run(int argc, char** argv) {
 
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : ExitWrongCommandLine;
+        fmt::print(stderr, "corvenna-world: {}\n", error.what());
+        return ExitWrongCommandLine;
     } catch (const Failed&) {
         std::cout.flush();
         return ExitFailed;

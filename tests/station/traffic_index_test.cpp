@@ -17,7 +17,7 @@ constexpr std::int32_t Lowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
 
 /// Players in the order in which they are added; each search is one of a new tick unless a test says not.
-class Traffic : public testing::Test {
+class NearTraffic : public testing::Test {
   protected:
     using Places = std::vector<std::int32_t>;
 
@@ -55,18 +55,18 @@ class Traffic : public testing::Test {
     std::uint64_t tick_ = 0;
 };
 
-TEST_F(Traffic, OneWhoIsAloneFindsHimself) {
+TEST_F(NearTraffic, OneWhoIsAloneFindsHimself) {
     Add(47, -122, 5000);
     EXPECT_THAT(Near(0), ElementsAre(0));
 }
 
-TEST_F(Traffic, TheAnswerIsInTheOrderOfThePlayers) {
+TEST_F(NearTraffic, TheAnswerIsInTheOrderOfThePlayers) {
     for (const int bearing : {200, 20, 110, 290}) AddBeside(47, -122, bearing, 4, 5000);
     Add(47, -122, 5000);
     EXPECT_THAT(Near(4), ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST_F(Traffic, WhoeverRoundsToFourMilesIsFoundAndWhoeverIsFarIsNot) {
+TEST_F(NearTraffic, WhoeverRoundsToFourMilesIsFoundAndWhoeverIsFarIsNot) {
     Add(47, -122, 5000);
     for (int bearing = 0; bearing < 360; ++bearing) {
         players_.resize(1);
@@ -77,14 +77,14 @@ TEST_F(Traffic, WhoeverRoundsToFourMilesIsFoundAndWhoeverIsFarIsNot) {
     }
 }
 
-TEST_F(Traffic, ThreeThousandFeetAreTooFar) {
+TEST_F(NearTraffic, ThreeThousandFeetAreTooFar) {
     Add(47, -122, 5000);
     for (const std::int32_t altitude : {2000, 2001, 7999, 8000}) Add(47, -122, altitude);
     EXPECT_THAT(Near(0), ElementsAre(0, 2, 3));
     EXPECT_THAT(NearInHeight(0), ElementsAre(0, 2, 3));
 }
 
-TEST_F(Traffic, EveryHeightHasItsNeighbours) {
+TEST_F(NearTraffic, EveryHeightHasItsNeighbours) {
     for (const std::int32_t altitude :
          {Lowest, Lowest + 2999, -6000, -3001, -1, 0, 2999, Highest - 1, Highest}) {
         Add(47, -122, altitude);
@@ -96,7 +96,7 @@ TEST_F(Traffic, EveryHeightHasItsNeighbours) {
     EXPECT_THAT(Near(8), ElementsAre(7, 8));
 }
 
-TEST_F(Traffic, ThePolesAndThe180thMeridianAreLikeAnyOtherPlace) {
+TEST_F(NearTraffic, ThePolesAndThe180thMeridianAreLikeAnyOtherPlace) {
     Add(90, 0, 0);
     Add(89.98, 170, 0);
     Add(-89.98, 10, 0);
@@ -110,13 +110,13 @@ TEST_F(Traffic, ThePolesAndThe180thMeridianAreLikeAnyOtherPlace) {
 }
 
 /// Their distance can come out as 0.
-TEST_F(Traffic, OneExactlyOppositeIsFound) {
+TEST_F(NearTraffic, OneExactlyOppositeIsFound) {
     Add(47, -122, 0);
     Add(-47, 58, 0);
     EXPECT_THAT(Near(0), ElementsAre(0, 1));
 }
 
-TEST_F(Traffic, NobodyIsFoundTwiceThoughCellsShareABucket) {
+TEST_F(NearTraffic, NobodyIsFoundTwiceThoughCellsShareABucket) {
     for (int i = 0; i < 40; ++i) AddBeside(47, -122, i * 9, 4.4, i % 2 == 0 ? 2900 : 3100);
     Places all(40);
     for (std::size_t i = 0; i < all.size(); ++i) all[i] = static_cast<std::int32_t>(i);
@@ -125,7 +125,7 @@ TEST_F(Traffic, NobodyIsFoundTwiceThoughCellsShareABucket) {
     EXPECT_EQ(Near(40), all);
 }
 
-TEST_F(Traffic, WithinATickPositionsAreTakenToStand) {
+TEST_F(NearTraffic, WithinATickPositionsAreTakenToStand) {
     Add(47, -122, 0);
     Add(47, -122, 0);
     EXPECT_THAT(Near(0), ElementsAre(0, 1));
@@ -134,21 +134,21 @@ TEST_F(Traffic, WithinATickPositionsAreTakenToStand) {
     EXPECT_THAT(Near(0), ElementsAre(0));
 }
 
-TEST_F(Traffic, AListThatHasGrownIsSortedAnew) {
+TEST_F(NearTraffic, AListThatHasGrownIsSortedAnew) {
     Add(47, -122, 0);
     EXPECT_THAT(Near(0), ElementsAre(0));
     Add(47, -122, 0);
     EXPECT_THAT(NearInTheSameTick(0), ElementsAre(0, 1));
 }
 
-TEST_F(Traffic, BetweenTicksAllWhoAreNearInHeightAreNear) {
+TEST_F(NearTraffic, BetweenTicksAllWhoAreNearInHeightAreNear) {
     Add(47, -122, 0);
     Add(-20, 30, 2999);
     Add(47, -122, 3000);
     EXPECT_THAT(NearInHeight(0), ElementsAre(0, 1));
 }
 
-TEST_F(Traffic, WithAPositionBeyondAllReasonNobodyIsLeftOutForHisPlace) {
+TEST_F(NearTraffic, WithAPositionBeyondAllReasonNobodyIsLeftOutForHisPlace) {
     Add(47, -122, 0);
     Add(1e7, -122, 0);
     Add(-1e300, std::numeric_limits<double>::infinity(), 0);

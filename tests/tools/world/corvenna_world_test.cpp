@@ -239,7 +239,7 @@ TEST_F(WorldTool, AWrongCommandLineIsStatus2) {
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.Status, 2) << arguments;
         EXPECT_EQ(outcome.Out, "") << arguments;
-        EXPECT_NE(outcome.Err, "") << arguments;
+        EXPECT_THAT(outcome.Err, MatchesRegex("corvenna-world: [^\n]+\n")) << arguments;
     }
     EXPECT_EQ(Run("--help").Status, 0);
     EXPECT_EQ(Run("scan --help").Status, 0);
