@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::string_view MenuMark = ": ";
 constexpr std::string_view Announcement = "Traffic, ";
+constexpr std::string_view OfferWords = "Want to use our ATC services at ";
+constexpr std::string_view OfferEnds = "?: ";
 
 /// Options that only the opening dialogue has.
 constexpr std::string_view OpeningLabels[] = {"Use ATC services", "VFR", "IFR"};
@@ -50,6 +52,15 @@ bool IsAddressedTo(std::string_view text, std::string_view callsign) {
     if (!text.starts_with(callsign) || text.size() == callsign.size()) return false;
     const char behind = text[callsign.size()];
     return behind == '.' || behind == ',';
+}
+
+std::optional<std::string> AirportOfWelcome(std::string_view text) {
+    const std::size_t offer = text.find(OfferWords);
+    if (offer == std::string_view::npos) return std::nullopt;
+    const std::string_view name = text.substr(offer + OfferWords.size());
+    const std::size_t end = name.find(OfferEnds);
+    if (end == std::string_view::npos) return std::nullopt;
+    return std::string(name.substr(0, end));
 }
 
 std::optional<std::string> ReplyFor(std::string_view text, std::string_view label,

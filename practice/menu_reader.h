@@ -22,6 +22,9 @@ std::vector<MenuOption> ReadMenu(std::string_view text);
 /// announcements on an advisory frequency are: they bring his next menu.
 bool IsAddressedTo(std::string_view text, std::string_view callsign);
 
+/// The name of the airport that a welcome offers the services of; nothing in any other text.
+std::optional<std::string> AirportOfWelcome(std::string_view text);
+
 /// What to type for the option of a label, or nothing when the text does not offer it. In the opening
 /// dialogue the station has to be addressed: "KSEA,1".
 std::optional<std::string> ReplyFor(std::string_view text, std::string_view label,

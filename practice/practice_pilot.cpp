@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "link/fs_messages.h"
+#include "practice/callsign.h"
 #include "practice/menu_reader.h"
 #include "station/text.h"
 
@@ -14,6 +15,23 @@ constexpr std::int32_t Everybody = 0;
 constexpr std::string_view FormalName = "Player";
 constexpr std::string_view AcknowledgeLabels[] = {"Acknowledge", "Report traffic in sight"};
 constexpr std::string_view SayAgainReply = "R";
+
+/// What one tells oneself on the way to the runway when nobody else does.
+constexpr std::string_view LandByYourself =
+    "Enter left downwind runway . You are cleared to land on runway .";
+
+bool IsArriving(FlightStage stage) {
+    switch (stage) {
+        case FlightStage::Inbound:
+        case FlightStage::OnApproach:
+        case FlightStage::Circuit:
+        case FlightStage::Final:
+        case FlightStage::GoingAround:
+            return true;
+        default:
+            return false;
+    }
+}
 
 }  // namespace
 
@@ -51,6 +69,10 @@ void PracticePilot::Say(std::string_view text) {
     if (events_.Said) events_.Said(script_.Name, text);
 }
 
+void PracticePilot::Imagine(std::string_view text) {
+    if (flight_) flight_->Hear(text);
+}
+
 void PracticePilot::Leave() {
     if (stage_ == Stage::Joining || stage_ == Stage::Flying) {
         session_->DestroyPlayer(id_);
@@ -65,6 +87,7 @@ void PracticePilot::Join() {
                                     [&](const SessionRecord& s) { return s.SessionName == sessionName_; });
     if (found == sessions.end()) throw SessionError("there is no session \"" + sessionName_ + "\" to join");
     session_->Open(*found, OpenMode::Join);
+    RefuseTakenName(*session_, script_.Name);
     id_ = session_->CreatePlayer(script_.Name, std::string(FormalName));
     stage_ = Stage::Joining;
     session_->Send(id_, Everybody, WriteEmpty(MessageId::RequestJoinAsPlayer));
@@ -99,7 +122,7 @@ void PracticePilot::Handle(std::int32_t sender, DirectPlayMessage& message, std:
             session_->Send(id_, sender, WriteAircraft(script_.Aircraft));
             break;
         case MessageId::Chat:
-            if (header.PayloadSize > 1) OnText(ReadChat(message, header.PayloadSize), now);
+            if (header.PayloadSize > 1) OnText(sender, ReadChat(message, header.PayloadSize), now);
             break;
         default:
             break;
@@ -119,9 +142,10 @@ void PracticePilot::EnterRefuseParamsGroup() {
     }
 }
 
-void PracticePilot::OnText(std::string text, std::chrono::milliseconds now) {
+void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now) {
     if (events_.Heard) events_.Heard(script_.Name, text);
     if (!IsAddressedTo(text, script_.Name)) return;
+    controllerId_ = sender;
     if (flight_) flight_->Hear(text);
     standingText_ = std::move(text);
     heardAt_ = now;
@@ -131,9 +155,25 @@ void PracticePilot::OnText(std::string text, std::chrono::milliseconds now) {
 void PracticePilot::TellPosition(std::chrono::milliseconds now) {
     if (now < positionDue_) return;
     positionDue_ = now + PositionInterval;
-    session_->Send(id_, Everybody,
-                   WritePosition(PackPosition(aircraft_.Latitude, aircraft_.Longitude, aircraft_.AltitudeFeet,
-                                              aircraft_.HeadingTrue)));
+    const AircraftState& place = shownAt_.value_or(aircraft_);
+    session_->Send(
+        id_, Everybody,
+        WritePosition(PackPosition(place.Latitude, place.Longitude, place.AltitudeFeet, place.HeadingTrue)));
+    NoticeAbsence();
+}
+
+/// A controller who has left is known by his name, which the session has no more.
+void PracticePilot::NoticeAbsence() {
+    if (controllerId_ == 0) return;
+    try {
+        session_->GetPlayerFriendlyName(controllerId_);
+    } catch (const SessionError&) {
+        controllerId_ = 0;
+        standingText_.clear();
+        Say(GoingOnAlone);
+        if (flight_ && IsArriving(flight_->Stage())) Imagine(LandByYourself);
+        if (events_.Abandoned) events_.Abandoned(script_.Name);
+    }
 }
 
 // ---- The script

@@ -47,10 +47,11 @@ struct PilotScript {
     bool Stays = false;  ///< whether he stays when the script is done; otherwise he leaves the session
 };
 
-/// Heard and said by one pilot; either may be missing.
+/// Heard and said by one pilot; any may be missing.
 struct PilotEvents {
     std::function<void(std::string_view name, std::string_view text)> Heard;
     std::function<void(std::string_view name, std::string_view text)> Said;
+    std::function<void(std::string_view name)> Abandoned = {};  ///< who served him has left the session
 };
 
 /// A participant of a session who behaves like a simulator with a pilot in it: asks to be admitted,
@@ -67,21 +68,35 @@ class PracticePilot {
     /// In flight, and expecting to hear something: how long he listens before he asks for a repeat.
     static constexpr std::chrono::milliseconds Silence{30000};
 
+    /// What he tells the others when nobody serves him any more.
+    static constexpr std::string_view GoingOnAlone = "The controller has left, I go on by myself";
+
     /// The session is not open yet: he joins the first one that it offers under this name.
     PracticePilot(std::unique_ptr<Session> session, std::string sessionName, std::string airportCode,
                   PilotScript script, PilotEvents events = {});
 
-    /// All that is to be done by this time. Throws what the session layer throws.
+    /// All that is to be done by this time. Throws what the session layer throws, and SessionError when
+    /// somebody of his name is in the session already.
     void Step(std::chrono::milliseconds now);
 
     /// Types a text, besides his script. Nothing happens while he is not in the session.
     void Say(std::string_view text);
+
+    /// Takes a text of nobody's for one of the controller's. Only who flies obeys it.
+    void Imagine(std::string_view text);
+
+    /// Tells the others this place instead of his own, until there is none any more.
+    void ShowAt(std::optional<AircraftState> place) { shownAt_ = place; }
 
     void Leave();
 
     const std::string& Name() const { return script_.Name; }
     bool InSession() const { return stage_ == Stage::Flying; }
     bool Gone() const { return stage_ == Stage::Gone; }
+
+    /// Whether he has done all of his script.
+    bool Completed() const { return nextStep_ == script_.Steps.size(); }
+
     const AircraftState& Aircraft() const { return aircraft_; }
     const std::optional<Flight>& TheFlight() const { return flight_; }
 
@@ -96,7 +111,8 @@ class PracticePilot {
     void ReceiveAll(std::chrono::milliseconds now);
     void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
     void OnAdmission(std::int32_t admitted);
-    void OnText(std::string text, std::chrono::milliseconds now);
+    void OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now);
+    void NoticeAbsence();
     void TellPosition(std::chrono::milliseconds now);
     void RunScript(std::chrono::milliseconds now);
 
@@ -119,8 +135,10 @@ class PracticePilot {
     std::int32_t id_ = 0;
     AircraftState aircraft_;
     std::optional<Flight> flight_;  ///< while the step in hand is to fly
+    std::optional<AircraftState> shownAt_;
     std::string standingText_;
-    bool answered_ = false;  ///< whether he has typed something since
+    std::int32_t controllerId_ = 0;  ///< who sent it; 0 when nobody serves him
+    bool answered_ = false;          ///< whether he has typed something since
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};

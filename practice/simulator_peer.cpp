@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "link/fs_messages.h"
+#include "practice/callsign.h"
 
 namespace corvenna {
 
@@ -30,6 +31,7 @@ void SimulatorPeer::Host(const std::string& sessionName, std::int32_t maxPlayers
 
 void SimulatorPeer::Join(const SessionRecord& session) {
     session_->Open(session, OpenMode::Join);
+    RefuseTakenName(*session_, pilot_.Name);
     id_ = session_->CreatePlayer(pilot_.Name, std::string(FormalName));
     stage_ = Stage::Joining;
 }

@@ -45,7 +45,8 @@ class SimulatorPeer {
     /// Opens a session, with the group that admitted players enter.
     void Host(const std::string& sessionName, std::int32_t maxPlayers);
 
-    /// Enters a session that the session layer has found, and asks for admission.
+    /// Enters a session that the session layer has found, and asks for admission. Throws SessionError, also
+    /// when somebody of the pilot's name is there already.
     void Join(const SessionRecord& session);
 
     /// Answers what has arrived, and tells the position when it is time.

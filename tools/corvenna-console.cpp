@@ -58,6 +58,10 @@ void AddOptions(CLI::App& app, Options& options) {
                    "Folder of the airport database; one for practice is made in a folder without any")
         ->default_str("corvenna in the user's cache");
     app.add_option("--data", options.Data, "Folder of the data files");
+    app.add_option("--speed", options.Speed,
+                   "How many times faster time runs; in a joined session it must do so for everybody")
+        ->check(CLI::Range(1, 60))
+        ->capture_default_str();
     app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
 
     const auto practice = "A practice within this program";
@@ -65,11 +69,6 @@ void AddOptions(CLI::App& app, Options& options) {
                              ->check(CLI::Range(0, 100))
                              ->capture_default_str()
                              ->group(practice);
-    auto* const speed =
-        app.add_option("--speed", options.Speed, "How many times faster time runs, for everybody")
-            ->check(CLI::Range(1, 60))
-            ->capture_default_str()
-            ->group(practice);
     auto* const person =
         app.add_option("--pilot", options.Person, "Your own callsign")
             ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
@@ -83,7 +82,7 @@ void AddOptions(CLI::App& app, Options& options) {
                        "\"\" looks for it on the local network")
             ->type_name("HOST")
             ->group(network)
-            ->excludes(pilots, speed, person);
+            ->excludes(pilots, person);
     app.add_option("--session", options.Session, "The session's name, where several are found")
         ->needs(join)
         ->group(network);
@@ -120,8 +119,7 @@ std::optional<std::chrono::milliseconds> Length(const Options& options) {
     return std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
 }
 
-void Practise(Station station, const Options& options, PosixTerminal& keyboard, RadioPrinter& printer) {
-    FasterTerminal terminal(keyboard, options.Speed);
+void Practise(Station station, const Options& options, Terminal& terminal, RadioPrinter& printer) {
     PracticeConsole practice(std::move(station),
                              {.Controller = NameInSession(options.Callsign, "the controller's name"),
                               .Person = NameInSession(options.Person, "your callsign"),
@@ -136,12 +134,13 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
     TellFindings(station);
 
     PosixTerminal keyboard;
+    FasterTerminal terminal(keyboard, options.Speed);
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
     if (options.JoinHost) {
         RunJoin(std::move(station), {*options.JoinHost, options.Session, options.Callsign, Length(options)},
-                {}, keyboard, printer);
+                {}, terminal, printer);
     } else {
-        Practise(std::move(station), options, keyboard, printer);
+        Practise(std::move(station), options, terminal, printer);
     }
 }
 

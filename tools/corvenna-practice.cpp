@@ -1,8 +1,11 @@
 // A simulator to practise with, for everybody who doesn't have the real one.
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -13,10 +16,14 @@
 #include "practice/made_up_airports.h"
 #include "practice/magnetic_field.h"
 #include "practice/practice_airports.h"
+#include "practice/practice_folder.h"
 #include "practice/world_writer.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/posix_terminal.h"
+#include "tools/practice/fly_program.h"
 #include "tools/practice/host_program.h"
+#include "tools/practice/run_program.h"
+#include "tools/practice/sit_program.h"
 
 namespace {
 
@@ -89,6 +96,205 @@ void Host(const HostOptions& options) {
     RunHost(options, {}, terminal, std::cout);
 }
 
+// ---- What fly and sit have in common
+
+struct SessionOptions {
+    std::string Host = "127.0.0.1";
+    std::string Airport;
+    std::string Bind;
+    std::optional<std::string> App;
+    std::optional<std::string> Data;
+    int Speed = 1;
+};
+
+void AddFolders(CLI::App& command, std::optional<std::string>& app, std::optional<std::string>& data) {
+    command
+        .add_option("--app", app,
+                    "Folder of the airport database; one for practice is made where there is none")
+        ->default_str("corvenna in the user's cache");
+    command.add_option("--data", data, "Folder of the data files");
+}
+
+void AddSpeed(CLI::App& command, int& speed) {
+    command
+        .add_option("--speed", speed, "How many times faster time runs; the controller's must run as fast")
+        ->check(CLI::Range(1, 60))
+        ->capture_default_str();
+}
+
+void AddSessionOptions(CLI::App& command, SessionOptions& options) {
+    command.add_option("HOST", options.Host, "Name or address of the session's host")->capture_default_str();
+    command.add_option("--airport", options.Airport, "Code or label of the controller's airport")
+        ->default_str("the one of his welcome");
+    command.add_option("--bind", options.Bind, "Own address, on a computer with several");
+    AddSpeed(command, options.Speed);
+    AddFolders(command, options.App, options.Data);
+}
+
+/// The folder with a database, made where there is none.
+std::filesystem::path PracticeFolder(const std::optional<std::string>& app,
+                                     const std::optional<std::string>& data) {
+    const std::filesystem::path folder = app ? std::filesystem::path(*app) : CacheFolder() / "corvenna";
+    CompletePracticeFolder(folder, FindDataFolder(data, ProgramFolder()),
+                           [](std::string_view what) { std::cerr << what << '\n'; });
+    return folder;
+}
+
+SessionAccess Access(const SessionOptions& options) {
+    SessionAccess access;
+    access.Host = options.Host;
+    access.Airport = options.Airport;
+    access.App = PracticeFolder(options.App, options.Data);
+    if (!options.Bind.empty()) access.Sockets.BindIp = OwnAddress(options.Bind);
+    return access;
+}
+
+// ---- fly
+
+struct FlyArguments {
+    SessionOptions Join;
+    TrafficPlan Traffic;
+    std::optional<double> Minutes;
+    std::string Picture;
+};
+
+constexpr const char* FlyExamples = R"(Examples:
+  corvenna-practice fly                                  six pilots in the session on this computer
+  corvenna-practice fly 192.168.1.5 --pilots 20 --unruly a crowd for a host on the network
+  corvenna-practice fly --pilots 1 --seed 3 --speed 20 --picture arrival.svg
+
+The first pilots of seeds 0 to 5 fly a VFR circuit, an IFR round trip, a VFR arrival, an IFR arrival, one with a
+missed approach and an IFR departure; their followers go on in that order.
+Ctrl-C, SIGTERM and the end of the minutes end it with a summary.)";
+
+void AddTraffic(CLI::App& command, TrafficPlan& traffic) {
+    command.add_option("--pilots", traffic.Pilots, "How many fly at a time")
+        ->check(CLI::Range(1, MostPilots))
+        ->capture_default_str();
+    command.add_option("--seed", traffic.Seed, "Number of the first pilot; the same one, the same flights")
+        ->check(CLI::Range(0, 100'000))
+        ->capture_default_str();
+    command.add_flag("--unruly", traffic.Unruly, "Every third pilot behaves badly");
+}
+
+void AddLength(CLI::App& command, std::optional<double>& minutes) {
+    command.add_option("--minutes", minutes, "End after so many minutes by your clock")
+        ->check(CLI::Range(0.0, 100000.0));
+}
+
+void AddPicture(CLI::App& command, std::string& picture) {
+    command.add_option("--picture", picture, "Draw in the end what has happened")->type_name("FILE.svg");
+}
+
+std::optional<std::chrono::milliseconds> Length(const std::optional<double>& minutes, int speed) {
+    if (!minutes) return std::nullopt;
+    return std::chrono::milliseconds(std::llround(*minutes * 60000 * speed));
+}
+
+void AddFlyOptions(CLI::App& command, FlyArguments& options) {
+    AddSessionOptions(command, options.Join);
+    AddTraffic(command, options.Traffic);
+    AddLength(command, options.Minutes);
+    AddPicture(command, options.Picture);
+    command.footer(FlyExamples);
+}
+
+void FlyInSession(const FlyArguments& arguments) {
+    PosixTerminal keyboard;
+    FasterTerminal terminal(keyboard, arguments.Join.Speed);
+    FlyOptions options;
+    options.Access = Access(arguments.Join);
+    options.Traffic = arguments.Traffic;
+    options.Length = Length(arguments.Minutes, arguments.Join.Speed);
+    options.Picture = arguments.Picture;
+    RunFly(options, terminal, std::cout);
+}
+
+// ---- sit
+
+struct SitArguments {
+    SessionOptions Join;
+    std::string Name;
+    std::string Spot;
+};
+
+constexpr const char* SitExamples = R"(Examples:
+  corvenna-practice sit N1                        in the session on this computer
+  corvenna-practice sit N1 192.168.1.5 --spot "GATE A 1"
+
+Type the digits of the controller's menus, and help for the commands that move the aircraft. Lines may come
+from a file: then each digit waits until it is offered.)";
+
+void AddSitOptions(CLI::App& command, SitArguments& options) {
+    command.add_option("NAME", options.Name, "Your callsign")->required()->check([](const std::string& name) {
+        return name.empty() ? "a callsign is needed" : "";
+    });
+    AddSessionOptions(command, options.Join);
+    command.add_option("--spot", options.Spot, "The parking spot where you begin")
+        ->default_str("the first one");
+    command.footer(SitExamples);
+}
+
+void SitInSession(const SitArguments& arguments) {
+    PosixTerminal keyboard;
+    FasterTerminal terminal(keyboard, arguments.Join.Speed);
+    SitOptions options;
+    options.Access = Access(arguments.Join);
+    options.Name = arguments.Name;
+    options.Spot = arguments.Spot;
+    options.Scripted = isatty(STDIN_FILENO) == 0;
+    RunSit(options, terminal, std::cout);
+}
+
+// ---- run
+
+struct RunArguments {
+    RunOptions Run;
+    std::optional<std::string> App;
+    std::optional<std::string> Data;
+    std::optional<double> Minutes;
+    int Speed = 1;
+};
+
+constexpr const char* RunExamples = R"(Examples:
+  corvenna-practice run                                    until Ctrl-C
+  corvenna-practice run --minutes 3 --speed 20 < /dev/null  an hour in three minutes
+  corvenna-practice run --airport LOWI --pilots 12 --unruly
+
+While it runs, corvenna-practice sit NAME in another terminal takes you along.)";
+
+void AddRunOptions(CLI::App& command, RunArguments& options) {
+    command.add_option("--airport", options.Run.Airport, "Code or label of the airport")
+        ->capture_default_str();
+    AddTraffic(command, options.Run.Traffic);
+    AddSpeed(command, options.Speed);
+    AddLength(command, options.Minutes);
+    AddPicture(command, options.Run.Picture);
+    command.add_option("--bind", options.Run.Bind, "Address of this computer at which the session is hosted")
+        ->capture_default_str();
+    AddFolders(command, options.App, options.Data);
+    command.footer(RunExamples);
+}
+
+void RunAll(RunArguments arguments) {
+    PosixTerminal keyboard;
+    FasterTerminal terminal(keyboard, arguments.Speed);
+    RunOptions& options = arguments.Run;
+    options.App = PracticeFolder(arguments.App, arguments.Data);
+    options.Length = Length(arguments.Minutes, arguments.Speed);
+    options.Station = {(ProgramFolder() / "corvenna-console").string(),
+                       "--join",
+                       options.Bind,
+                       "--airport",
+                       options.Airport,
+                       "--app",
+                       options.App.string(),
+                       "--speed",
+                       std::to_string(arguments.Speed)};
+    if (arguments.Data) options.Station.insert(options.Station.end(), {"--data", *arguments.Data});
+    RunWholePractice(options, terminal, std::cout);
+}
+
 int Run(int argc, char** argv) {
     CLI::App app("A simulator to practise with, for everybody who doesn't have the real one.",
                  "corvenna-practice");
@@ -99,6 +305,16 @@ int Run(int argc, char** argv) {
     HostOptions host;
     CLI::App* const hostCommand = app.add_subcommand("host", "Host a practice session on real sockets");
     AddHostOptions(*hostCommand, host);
+    FlyArguments fly;
+    CLI::App* const flyCommand = app.add_subcommand("fly", "Fly practice pilots in a session on sockets");
+    AddFlyOptions(*flyCommand, fly);
+    SitArguments sit;
+    CLI::App* const sitCommand = app.add_subcommand("sit", "Be a pilot yourself in a session on sockets");
+    AddSitOptions(*sitCommand, sit);
+    RunArguments run;
+    CLI::App* const runCommand =
+        app.add_subcommand("run", "A whole practice: session, pilots and controller");
+    AddRunOptions(*runCommand, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -107,6 +323,9 @@ int Run(int argc, char** argv) {
     try {
         if (worldCommand->parsed()) MakeWorld(world);
         if (hostCommand->parsed()) Host(host);
+        if (flyCommand->parsed()) FlyInSession(fly);
+        if (sitCommand->parsed()) SitInSession(sit);
+        if (runCommand->parsed()) RunAll(run);
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "corvenna-practice: " << error.what() << '\n';

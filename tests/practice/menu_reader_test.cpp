@@ -78,5 +78,18 @@ TEST(MenuReader, WhatIsNotOfferedHasNoReply) {
     EXPECT_EQ(ReplyFor("", "VFR", "KTST"), std::nullopt);
 }
 
+TEST(AirportOfWelcomeTest, IsTheNameBeforeTheMenu) {
+    EXPECT_EQ(AirportOfWelcome("N1. Welcome to Corvenna v1.3 (by Dravik). Want to use our ATC services at "
+                               "Seattle-Tacoma Intl?: 1-Use ATC services"),
+              "Seattle-Tacoma Intl");
+}
+
+TEST(AirportOfWelcomeTest, IsNoneInOtherTextsAndInHalfOnes) {
+    EXPECT_EQ(AirportOfWelcome(""), std::nullopt);
+    EXPECT_EQ(AirportOfWelcome("N1. Choose one of the following options: 1-Close ATC Services"),
+              std::nullopt);
+    EXPECT_EQ(AirportOfWelcome("Want to use our ATC services at Seattle"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace corvenna

@@ -341,5 +341,46 @@ TEST_F(PracticePilotTest, BeforeHeIsAdmittedNobodyHearsHim) {
     EXPECT_THAT(Controller.Texts(), IsEmpty());
 }
 
+// ---- Bad company
+
+TEST_F(PracticePilotTest, DoesNotEnterUnderANameThatIsTaken) {
+    auto first = AdmittedPilot(Script({}));
+    auto second = Pilot(Script({}));
+    EXPECT_THROW(second->Step(0ms), SessionError);
+}
+
+TEST_F(PracticePilotTest, SaysThatTheControllerHasLeftAndGoesOn) {
+    std::vector<std::string> said;
+    int abandoned = 0;
+    auto station = std::make_unique<HandPlayed>(Network, "KTST_Tower");
+    auto pilot = AdmittedPilot(Script({}), {.Heard = {},
+                                            .Said = [&](auto, auto text) { said.emplace_back(text); },
+                                            .Abandoned = [&](auto) { ++abandoned; }});
+    station->Send(station->IdOf("N1"), WriteChat(Welcome));
+    pilot->Step(1s);
+    EXPECT_EQ(pilot->StandingText(), Welcome);
+    station.reset();
+    pilot->Step(2s);
+    pilot->Step(4s);
+    EXPECT_THAT(said, ElementsAre(PracticePilot::GoingOnAlone));
+    EXPECT_EQ(abandoned, 1);
+    EXPECT_EQ(pilot->StandingText(), "");
+    EXPECT_TRUE(pilot->InSession());
+}
+
+TEST_F(PracticePilotTest, ShowsHimselfElsewhereAsLongAsHeIsTold) {
+    auto pilot = AdmittedPilot(Script({}));
+    pilot->ShowAt(AircraftState{10, 20, 3000, 0});
+    pilot->Step(1s);
+    auto told = Controller.Received(MessageId::Position);
+    ASSERT_FALSE(told.empty());
+    EXPECT_NEAR(ReadPosition(told.back().Message, MessageId::Position).LatitudeDegrees(), 10, 1e-4);
+    pilot->ShowAt(std::nullopt);
+    pilot->Step(2s);
+    told = Controller.Received(MessageId::Position);
+    ASSERT_FALSE(told.empty());
+    EXPECT_NEAR(ReadPosition(told.back().Message, MessageId::Position).LatitudeDegrees(), 47, 1e-4);
+}
+
 }  // namespace
 }  // namespace corvenna

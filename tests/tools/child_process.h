@@ -49,7 +49,7 @@ class ChildProcess {
             kill(pid_, SIGKILL);
             waitpid(pid_, nullptr, 0);
         }
-        close(input_);
+        EndInput();
         close(output_);
     }
     ChildProcess(const ChildProcess&) = delete;
@@ -60,6 +60,11 @@ class ChildProcess {
     void Type(const std::string& line) {
         const std::string text = line + "\n";
         ASSERT_EQ(write(input_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    void EndInput() {
+        if (input_ >= 0) close(input_);
+        input_ = -1;
     }
 
     /// Reads on until a line has these words, and returns it. Meanwhile runs what is to be done beside it.

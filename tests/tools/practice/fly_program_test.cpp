@@ -1,0 +1,152 @@
+// corvenna-practice fly as its users start it, in sessions on addresses of this computer's own.
+
+#include "tools/practice/fly_program.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "link/fs_messages.h"
+#include "tools/child_process.h"
+#include "tools/practice/loopback.h"
+
+namespace corvenna {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+constexpr const char* Welcome =
+    ". Welcome to Corvenna v1.3 (by Dravik). Want to use our ATC services at Seattle-Tacoma Intl?: 1-Use ATC "
+    "services";
+
+std::vector<std::string> Fly(const std::string& address, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> command = {
+        CORVENNA_PRACTICE,      "fly",    address,           "--bind", address, "--app",
+        PracticeApp().string(), "--data", CORVENNA_TEST_DATA};
+    command.insert(command.end(), more.begin(), more.end());
+    return command;
+}
+
+TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
+    constexpr const char* Address = "127.0.21.1";
+    LoopbackHost host(Address, 8, "KSEA_Controller");
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
+    host.Peer.Say(std::string("N101CV") + Welcome);
+    host.Until([&] { return !host.Said.empty(); });
+    EXPECT_EQ(host.Said.front(), "N101CV: KSEA,1");
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(),
+                HasSubstr("at Seattle-Tacoma Intl (KSEA): 1 pilot came, 0 served, 0 completed, 1 still "
+                          "flying\nclearances 0, vectors 0, handoffs 0, landings 0, go-arounds 0, "
+                          "stuck 0\n"));
+    EXPECT_EQ(host.IdOf("N101CV"), 0);
+}
+
+TEST(FlyProgramTest, TheAirportIsThatOfTheWelcome) {
+    constexpr const char* Address = "127.0.21.2";
+    LoopbackHost host(Address, 8, "Tower");
+    ChildProcess fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
+    bool welcomed = false;
+    fly.WaitFor("N101CV is at the ramp", [&] {
+        host.Step();
+        if (!welcomed && host.IdOf("Practice_Listener") != 0) {
+            host.Peer.Say(
+                "Practice_Listener. Want to use our ATC services at Innsbruck Kranebitten?: 1-Use ATC "
+                "services");
+            welcomed = true;
+        }
+    });
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("(LOWI): 1 pilot came"));
+}
+
+TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
+    constexpr const char* Address = "127.0.21.3";
+    LoopbackHost host(Address, 8);
+    const std::string picture = testing::TempDir() + "/fly-program-test.svg";
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.02",
+                                   "--picture", picture}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0) << fly.Output();
+    EXPECT_THAT(fly.Output(), HasSubstr("1 minute at Seattle-Tacoma Intl (KSEA): 2 pilots came"));
+    EXPECT_GT(std::filesystem::file_size(picture), 1000u);
+    std::filesystem::remove(picture);
+}
+
+TEST(FlyProgramTest, WhenTheControllerLeavesPilotsGoOnAndSaySo) {
+    constexpr const char* Address = "127.0.21.4";
+    LoopbackHost host(Address, 8);
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
+    const std::int32_t station = host.Peer.Dp().CreatePlayer("KSEA_Controller", "Player");
+    host.Peer.Dp().Send(station, host.IdOf("N101CV"), WriteChat(std::string("N101CV") + Welcome));
+    host.Until([&] { return !host.Said.empty(); });
+    host.Peer.Dp().DestroyPlayer(station);
+    fly.WaitFor("N101CV goes on alone: the controller has left the session", host.Stepper());
+    host.Until([&] { return host.Said.size() == 2; });
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("the controller left after "));
+    EXPECT_THAT(host.Said, Contains("N101CV: " + std::string(PracticePilot::GoingOnAlone)));
+}
+
+// ---- Bad input
+
+TEST(FlyProgramTest, NoSessionAtTheAddress) {
+    ChildProcess fly(Fly("127.0.21.5", {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("no session answered at 127.0.21.5:47624"));
+}
+
+TEST(FlyProgramTest, AFullSession) {
+    constexpr const char* Address = "127.0.21.6";
+    LoopbackHost host(Address, 1);
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("the session \"Test Session\" is full: 1 of 1 are in it"));
+}
+
+TEST(FlyProgramTest, ASessionWithRoomForSomeOnly) {
+    constexpr const char* Address = "127.0.21.7";
+    LoopbackHost host(Address, 2);
+    ChildProcess fly(
+        Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.01"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("1 pilot came"));
+    EXPECT_THAT(fly.Output(), HasSubstr("failed to join 1 time"));
+}
+
+TEST(FlyProgramTest, APilotOfTheSameNameIsThereAlready) {
+    constexpr const char* Address = "127.0.21.8";
+    LoopbackHost host(Address, 8);
+    host.Peer.Dp().CreatePlayer("N101CV", "Player");
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("there is a N101CV in the session already"));
+}
+
+TEST(FlyProgramTest, AnAirportThatIsNotKnown) {
+    constexpr const char* Address = "127.0.21.9";
+    ChildProcess fly(Fly(Address, {"--airport", "XXXX"}));
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("there is no airport XXXX; known are "));
+}
+
+TEST(FlyProgramTest, MorePilotsThanThereArePortsFor) {
+    ChildProcess fly(Fly("127.0.21.10", {"--pilots", "5000"}));
+    EXPECT_EQ(fly.WaitForEnd(), 2);
+    EXPECT_THAT(fly.Output(), HasSubstr("--pilots: Value 5000 not in range 1 to 40"));
+}
+
+TEST(FlyProgramTest, AnAddressOfSomebodyElse) {
+    ChildProcess fly({CORVENNA_PRACTICE, "fly", "127.0.21.11", "--bind", "nowhere", "--app",
+                      PracticeApp().string(), "--data", CORVENNA_TEST_DATA});
+    EXPECT_EQ(fly.WaitForEnd(), 1);
+    EXPECT_THAT(fly.Output(), HasSubstr("\"nowhere\" is no address of this computer"));
+}
+
+}  // namespace
+}  // namespace corvenna
