@@ -6,10 +6,8 @@
 #include <functional>
 
 #include "practice/data_files.h"
-#include "practice/magnetic_field.h"
-#include "practice/practice_airports.h"
-#include "practice/station_from_facts.h"
 #include "station/text.h"
+#include "support/practice_station.h"
 
 namespace corvenna {
 namespace {
@@ -19,13 +17,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 std::shared_ptr<const AirportChart> SeattleChart() {
-    static const auto chart = [] {
-        const auto airports = LoadPracticeAirports(DataFile("practice-airports.json"));
-        Station station;
-        FillStation(station, FindPracticeAirport(airports, "KSEA"), airports,
-                    WholeDegreeTable(MagneticField::Load(DataFile("igrf.json")), 2002.0));
-        return std::make_shared<const AirportChart>(station);
-    }();
+    static const auto chart =
+        std::make_shared<const AirportChart>(PracticeStation(CORVENNA_TEST_DATA, "KSEA"));
     return chart;
 }
 
