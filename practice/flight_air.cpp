@@ -19,12 +19,21 @@ constexpr double BaseMiles = 3.2;           // before the threshold
 constexpr double TurnLeadMiles = 0.4;
 constexpr double InterceptFeet = 2500;  // above the field, when nobody has said
 constexpr double OwnFixMiles = 9;       // before the threshold: where he goes without vectors
-constexpr double SlowMiles = 20;
-constexpr double CloseMiles = 0.6;   // before the threshold: by then all must fit
-constexpr double TooHighFeet = 350;  // above the glide path
-constexpr double BesideMiles = 0.1;  // off the centreline
-constexpr double MissedMiles = 1.2;  // before the threshold
-                                     // above the glide close in
+constexpr double SlowMiles = 12;
+constexpr double ForgottenMiles = 35;  // so far out, flying away by an old vector: nobody will turn him back
+constexpr std::chrono::minutes OldVector{8};
+constexpr double CloseMiles = 0.6;    // before the threshold: by then all must fit
+constexpr double TooHighFeet = 350;   // above the glide path
+constexpr double BesideMiles = 0.1;   // off the centreline
+constexpr double MissedMiles = 1.2;   // before the threshold
+constexpr double SlowFinalMiles = 4;  // before the threshold
+constexpr double NearestOrbit = 3.5;  // miles before the threshold: whoever is nearer goes on
+constexpr double FarthestOrbit = 12;
+constexpr std::chrono::seconds BetweenOrbits{15};  // two who circle in step would wait for each other
+constexpr int MostOrbits = 20;                     // then he leaves it to the controller
+constexpr double OrbitLead = 60;  // degrees: how far the heading is ahead of the nose in an orbit
+constexpr double AlignedDegrees = 25;
+constexpr double LowMiles = 0.4;  // before the threshold: by then the runway must be free
 
 }  // namespace
 
@@ -54,7 +63,7 @@ void Flight::MoveInAir(std::chrono::milliseconds time) {
 /// Straight ahead until it is high enough to turn.
 void Flight::ClimbOut(std::chrono::milliseconds time) {
     const bool missed = stage_ == FlightStage::GoingAround;
-    const bool circuit = !plan_.Instrument || plan_.Kind == FlightKind::SelfAnnounced;
+    const bool circuit = plan_.StaysInCircuit() || (missed && !plan_.Instrument);
     const double top = chart_->ElevationFeet() + (circuit  ? PatternFeet
                                                   : missed ? InterceptFeet
                                                            : OwnWayFeet);
@@ -71,15 +80,22 @@ void Flight::ClimbOut(std::chrono::milliseconds time) {
 
 void Flight::FlyOutbound(std::chrono::milliseconds time) {
     SteerTo(plan_.OutboundCourse, plan_.CruiseFeet, plan_.Aircraft.CruiseKnots, time);
-    if (plan_.Kind == FlightKind::InstrumentRoundTrip && MilesOut() >= plan_.TurnBackMiles) {
-        Enter(FlightStage::Leaving);
+    if (plan_.TurnsBack() && MilesOut() >= plan_.TurnBackMiles) {
+        Enter(plan_.Instrument ? FlightStage::Leaving : FlightStage::Inbound);
     }
     constexpr double Reach = 202;
     if (MilesOut() >= Reach) Enter(FlightStage::Over);
 }
 
+/// The controller corrects whoever strays from his course only once.
+bool Flight::FliesAwayForgotten() const {
+    return hasVector_ && sinceHeard_ >= OldVector && MilesOut() > ForgottenMiles &&
+           std::abs(TurnFrom(aircraft_.HeadingTrue, CourseTo(aircraft_.Where(), chart_->Middle()))) > 90;
+}
+
 /// By vectors; without them to a fix before the runway.
 void Flight::FlyInbound(std::chrono::milliseconds time) {
+    if (FliesAwayForgotten()) hasVector_ = false;
     const Place fix = plan_.Instrument ? chart_->FromRunway({-OwnFixMiles, 0}) : chart_->Threshold();
     const double heading = hasVector_ ? heading_ : CourseTo(aircraft_.Where(), fix);
     const double own = std::max(aircraft_.AltitudeFeet > chart_->ElevationFeet() + InterceptFeet &&
@@ -119,27 +135,48 @@ void Flight::FlyCircuit(std::chrono::milliseconds time) {
     if (MilesBetween(aircraft_.Where(), legs_.front()) < TurnLeadMiles) legs_.erase(legs_.begin());
 }
 
+/// Somebody is nearer, or on the runway: he would have to be sent around.
+bool Flight::MustWaitOnFinal(double toGo) const {
+    if (toGo < NearestOrbit || toGo > FarthestOrbit || orbits_ >= MostOrbits) return false;
+    if (std::abs(TurnFrom(aircraft_.HeadingTrue, chart_->RunwayTrue())) > AlignedDegrees) return false;
+    return SomebodyOnRunway() || SomebodyOnFinal(toGo);
+}
+
+/// Once around on the spot.
+void Flight::FlyOrbit(std::chrono::milliseconds time) {
+    const double before = aircraft_.HeadingTrue;
+    SteerTo(WholeCircle(before + OrbitLead), aircraft_.AltitudeFeet, plan_.Aircraft.PatternKnots, time);
+    orbit_ -= TurnFrom(before, aircraft_.HeadingTrue);
+}
+
 /// Onto the extended centreline and down the glide path, which is never climbed to.
 void Flight::FlyFinal(std::chrono::milliseconds time) {
     const RunwayPlace seen = chart_->SeenFromRunway(aircraft_.Where());
     const double field = chart_->ElevationFeet();
     const double toGo = -seen.Along;
+    sinceOrbit_ = orbit_ > 0 ? std::chrono::milliseconds(0) : sinceOrbit_ + time;
+    if (sinceOrbit_ >= BetweenOrbits && MustWaitOnFinal(toGo)) {
+        orbit_ = 360;
+        ++orbits_;
+    }
+    if (orbit_ > 0) return FlyOrbit(time);
     const double off = std::clamp(-90 * seen.Right, -steepest_, steepest_);
-    const bool landing = clearedToLand_ || plan_.Kind == FlightKind::SelfAnnounced;
+    const bool landing = clearedToLand_ || Announces();
     const double hold = hasAltitude_ ? altitude_ : aircraft_.AltitudeFeet;
     const double glide = field + CrossingFeet + FeetPerMileOnGlide * std::max(toGo, 0.0);
     double goal = std::min(std::max(hold, field), glide);
     if (!landing) goal = std::max(goal, field + LowestUncleared);
     if (landing && toGo <= 0) goal = field;
-    const double knots = toGo < 5 ? plan_.Aircraft.FinalKnots : plan_.Aircraft.PatternKnots;
+    const double knots = toGo < SlowFinalMiles ? plan_.Aircraft.FinalKnots : plan_.Aircraft.PatternKnots;
     const double sink = toGo <= 0 ? FlareRate : std::max(plan_.Aircraft.DescentRate, 1500.0);
     Steer(aircraft_, {chart_->RunwayTrue() + off, Turn::Shorter, goal, knots, plan_.Aircraft.ClimbRate, sink},
           time);
-    if (aircraft_.AltitudeFeet <= field && toGo <= 0) return Enter(FlightStage::RollingOut);
+    if (aircraft_.AltitudeFeet <= field && toGo <= 0) return TouchDown();
     const bool high = aircraft_.AltitudeFeet > glide + TooHighFeet;
     const bool unable = toGo < CloseMiles && (!landing || high || std::abs(seen.Right) > BesideMiles);
     const bool misses = plan_.MissesFirstApproach && !missed_ && landing && toGo < MissedMiles;
-    if (unable || misses) GoAround();
+    const bool blocked = Announces() && toGo > 0 && toGo < LowMiles && SomebodyOnRunway();
+    if (unable || misses || blocked) GoAround();
 }
 
 void Flight::GoAround() {
@@ -147,6 +184,8 @@ void Flight::GoAround() {
     clearedToLand_ = false;
     hasVector_ = false;
     hasAltitude_ = false;
+    orbit_ = 0;
+    orbits_ = 0;
     if (stage_ != FlightStage::Circuit) Enter(FlightStage::GoingAround);
 }
 

@@ -14,7 +14,6 @@ constexpr double FeetPerMile = 1852 / 0.3048;
 constexpr double ClearFeet = 130;    // beside the runway's edge
 constexpr double LineUpFeet = 150;   // ahead of the threshold
 constexpr double HoldingFeet = 400;  // a holding point so far from the runway still belongs to it
-constexpr double BrakingFeet = 300;  // an exit nearer than that is missed
 constexpr double EdgeFeet = 10;
 
 /// What of a station an airport is.
@@ -135,15 +134,15 @@ std::vector<Place> AirportChart::WayToSpot(Place from, std::string_view spot,
     }
     if (way.empty()) {
         for (const ParkingSpot& known : Spots()) {
-            if (known.Name == spot) way = {{known.Latitude, known.Longitude}};
+            if (known.Name == spot && known.Radius > 0) way = {{known.Latitude, known.Longitude}};
         }
     }
     return way;
 }
 
-std::vector<Place> AirportChart::WayOffRunway(Place from) const {
+std::vector<Place> AirportChart::WayOffRunway(Place from, double brakingMiles) const {
     const double clear = (field_.RunwayWidth / 2.0 + ClearFeet) / FeetPerMile;
-    const double braked = SeenFromRunway(from).Along + BrakingFeet / FeetPerMile;
+    const double braked = SeenFromRunway(from).Along + brakingMiles;
     std::vector<Place> best;
     double bestCost = 0;
     for (int node = 0; node < taxiways_.PointCount() && !taxiways_.Empty(); ++node) {
@@ -168,8 +167,9 @@ std::vector<Place> AirportChart::WayOffRunway(Place from) const {
     }
     if (!best.empty()) return best;
     const double right = SeenFromRunway(from).Right < 0 ? -1 : 1;
-    const double along = SeenFromRunway(from).Along;
-    return {FromRunway({along + clear, right * clear}), FromRunway({along + 1.5 * clear, right * 2 * clear})};
+    const double along = std::min(braked, RunwayMiles());
+    return {FromRunway({along, 0}), FromRunway({along + clear, right * clear}),
+            FromRunway({along + 1.5 * clear, right * 2 * clear})};
 }
 
 }  // namespace corvenna

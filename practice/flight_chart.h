@@ -51,9 +51,9 @@ class AirportChart {
     std::vector<Place> WayToSpot(Place from, std::string_view spot,
                                  const std::vector<std::string>& taxiways) const;
 
-    /// From a place on the runway, on by the first taxiway that is far enough ahead, else back; ends clear of
-    /// the runway.
-    std::vector<Place> WayOffRunway(Place from) const;
+    /// From a place on the runway, on by the first taxiway that is at least so far ahead, else back; ends
+    /// clear of the runway.
+    std::vector<Place> WayOffRunway(Place from, double brakingMiles) const;
 
   private:
     Station field_;

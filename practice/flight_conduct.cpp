@@ -1,7 +1,5 @@
 #include "practice/flight_conduct.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "station/text.h"
@@ -15,82 +13,17 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds LongestMove = 500ms;
 constexpr auto LastWords = 3s;  // the answer to his good-bye may come
 
-// ---- What he would like to be offered
-
-enum class Who { Anybody, Visual, Instrument, Announcing };
-
-struct WantedRow {
-    FlightStage When;
-    Who Whose;
-    std::string_view Label;                 ///< {} is the airport's name
-    std::chrono::milliseconds After = 0ms;  ///< only when the stage has lasted so long
-};
+constexpr auto LongestWait = 30min;   // at the runway
+constexpr auto LongestHold = 12min;   // on a taxiway
+constexpr auto LongestAtGate = 4min;  // beside the runway, without being offered a place to park
+constexpr auto LongestParked = 3min;  // without being heard any more
+constexpr auto LongestMissed = 6min;  // straight ahead, without vectors
+constexpr auto AloneAtRamp = 3min;    // where nobody controls, nobody needs an answer
+constexpr auto AloneAtRunway = 1min;
+constexpr double LastMiles = 195;    // so far out a greeting means that the service is over
+constexpr double ReadBackMiles = 4;  // before the threshold
 
 using enum FlightStage;
-constexpr WantedRow Wanted[] = {
-    {AtRamp, Who::Anybody, "Use ATC services"},
-    {AtRamp, Who::Visual, "VFR"},
-    {AtRamp, Who::Instrument, "IFR"},
-    {AtRamp, Who::Anybody, "Tune {} Ground Frequency"},
-    {AtRamp, Who::Visual, "Request Taxi to Runway"},
-    {AtRamp, Who::Instrument, "Request Taxi IFR"},
-    {AtRamp, Who::Announcing, "Announce Taxi to Runway"},
-
-    {HoldingShort, Who::Anybody, "Tune {} Tower Frequency"},
-    {HoldingShort, Who::Visual, "Request VFR Takeoff Clearance"},
-    {HoldingShort, Who::Instrument, "Request IFR Takeoff Clearance"},
-    {HoldingShort, Who::Announcing, "Announce Takeoff"},
-
-    {ClimbingOut, Who::Visual, "Request Full Stop Landing"},
-    {ClimbingOut, Who::Instrument, "Tune Departure Frequency"},
-    {ClimbingOut, Who::Instrument, "Tune ARTCC Frequency"},
-    {Outbound, Who::Instrument, "Tune Departure Frequency"},
-    {Outbound, Who::Instrument, "Tune ARTCC Frequency"},
-    {Leaving, Who::Anybody, "Close ATC Services"},
-
-    {Inbound, Who::Anybody, "Use ATC services"},
-    {Inbound, Who::Visual, "VFR"},
-    {Inbound, Who::Instrument, "IFR"},
-    {Inbound, Who::Instrument, "{}"},
-    {Inbound, Who::Instrument, "Tune Approach Frequency"},
-    {Inbound, Who::Instrument, "Tune ARTCC Frequency"},
-    {Inbound, Who::Anybody, "Tune {} Tower Frequency"},
-    {Inbound, Who::Anybody, "Request Full Stop Landing"},
-
-    {OnApproach, Who::Anybody, "Tune {} Tower Frequency"},
-    {OnApproach, Who::Anybody, "Request Full Stop Landing"},
-
-    {Circuit, Who::Anybody, "Use ATC services"},
-    {Circuit, Who::Visual, "VFR"},
-    {Circuit, Who::Anybody, "Tune {} Tower Frequency"},
-    {Circuit, Who::Anybody, "Request Full Stop Landing"},
-    {Circuit, Who::Announcing, "Announce Position"},
-    {Final, Who::Anybody, "Tune {} Tower Frequency"},
-    {Final, Who::Anybody, "Request Full Stop Landing"},
-    {Final, Who::Announcing, "Announce Landing"},
-    {GoingAround, Who::Visual, "Report Go Around"},
-    {GoingAround, Who::Instrument, "Declare Missed Approach"},
-    {GoingAround, Who::Instrument, "Tune Approach Frequency"},
-    {GoingAround, Who::Instrument, "Tune ARTCC Frequency"},
-
-    {Vacating, Who::Anybody, "Tune {} Ground Frequency"},
-    {Vacated, Who::Anybody, "Use ATC services"},
-    {Vacated, Who::Anybody, "VFR"},
-    {Vacated, Who::Anybody, "Tune {} Ground Frequency"},
-    {Vacated, Who::Anybody, "Request Taxi to Gate"},
-    {Vacated, Who::Anybody, "Request Taxi to Parking"},
-    {Vacated, Who::Announcing, "Announce Taxi to Gate or Parking"},
-    {Vacated, Who::Anybody, "Close ATC Services", 2min},  // starts again from the beginning
-
-    // Held, and his read-back was taken for a report: he has to ask anew.
-    {TaxiingIn, Who::Anybody, "Request Taxi to Gate"},
-    {TaxiingIn, Who::Anybody, "Request Taxi to Parking"},
-
-    {Parked, Who::Anybody, "Report Parking"},
-    {Parked, Who::Announcing, "Close ATC Services"},
-    {Parked, Who::Anybody, "Close ATC Services", 2min},
-    {Reported, Who::Anybody, "Close ATC Services"},
-};
 
 }  // namespace
 
@@ -105,71 +38,6 @@ void Flight::Enter(FlightStage stage) {
     stage_ = stage;
     inStage_ = 0ms;
     announced_ = false;
-}
-
-std::vector<std::string> Flight::WantedLabels() const {
-    const auto mine = [&](Who who) {
-        switch (who) {
-            case Who::Anybody:
-                return true;
-            case Who::Announcing:
-                return plan_.Kind == FlightKind::SelfAnnounced;
-            case Who::Visual:
-                return !plan_.Instrument;
-            default:
-                return plan_.Instrument;
-        }
-    };
-    std::vector<std::string> labels;
-    for (const WantedRow& row : Wanted) {
-        if (row.When != stage_ || !mine(row.Whose) || inStage_ < row.After) continue;
-        if (announced_ && row.Whose == Who::Announcing) continue;  // once is enough
-        if (askedToLand_ && row.Label == "Request Full Stop Landing") continue;
-        labels.push_back(fmt::format(fmt::runtime(row.Label), chart_->Name()));
-    }
-    return labels;
-}
-
-void Flight::Picked(std::string_view label) {
-    const auto picked = [&](FlightStage stage, std::string_view what) {
-        return stage_ == stage && label == what;
-    };
-    if (label.starts_with("Announce")) announced_ = true;
-    if (picked(Parked, "Report Parking")) {
-        Enter(Reported);
-    } else if (picked(Reported, "Close ATC Services") || picked(Parked, "Close ATC Services")) {
-        Enter(Over);
-    } else if (picked(Leaving, "Close ATC Services")) {
-        Enter(Inbound);
-    } else if (picked(AtRamp, "Announce Taxi to Runway")) {
-        StartTaxiOut({});
-    } else if (picked(HoldingShort, "Announce Takeoff")) {
-        Obey({Order::TakeOff, "", 0, {}});
-    } else if (picked(Vacated, "Announce Taxi to Gate or Parking")) {
-        StartTaxiInUncleared();
-    }
-}
-
-bool Flight::IsExpecting() const {
-    const bool announcing = plan_.Kind == FlightKind::SelfAnnounced;
-    switch (stage_) {
-        case AtRamp:
-        case HoldingShort:
-        case Leaving:
-        case Vacated:
-        case Parked:
-        case Reported:
-            return true;
-        case TaxiingOut:
-        case TaxiingIn:
-            return holding_;
-        case Inbound:
-            return !hasVector_ && !askedToLand_ && !announcing;
-        case Circuit:
-            return !askedToLand_ && !announcing;
-        default:
-            return false;
-    }
 }
 
 bool Flight::IsOver() const { return stage_ == Over && inStage_ >= LastWords; }
@@ -193,15 +61,44 @@ bool Flight::IsFlying() const {
 // ---- What he is told
 
 void Flight::Hear(std::string_view text) {
+    sinceHeard_ = 0ms;
+    if (ContainsIgnoringCase(text, "Want to use our ATC services")) LoseService();
+    if (ContainsIgnoringCase(text, "Choose one of the following options: ")) LoseFrequency();
+    if (ContainsIgnoringCase(text, "Canceling IFR")) startsOver_ = true;
+    // Taken for somebody who taxies: the service that has him will not go on.
+    if (IsFlying() && ContainsIgnoringCase(text, "for the Ground frequency:")) startsOver_ = true;
     // With the Tower nobody is held on the taxiways: his read-back was taken for the change of frequency.
     if (ContainsIgnoringCase(text, "Takeoff Clearance")) holding_ = false;
     for (const Instruction& instruction : ReadInstructions(text)) Obey(instruction);
 }
 
+void Flight::LoseService() {
+    LoseFrequency();
+    startsOver_ = false;
+    startingOver_ = 0ms;
+    hasVector_ = false;
+    hasAltitude_ = false;
+    if (stage_ == AwaitingTakeoff) Enter(HoldingShort);
+    if (stage_ == Leaving) Enter(Inbound);
+    if (stage_ == Outbound && MilesOut() > LastMiles) Enter(Over);
+}
+
+/// Nobody has him any more: neither a hold nor a request for landing stands.
+void Flight::LoseFrequency() {
+    holding_ = false;
+    askedToLand_ = false;
+}
+
+bool Flight::ReadsBack(std::string_view text) const {
+    if (!IsFlying() || !ContainsIgnoringCase(text, "cleared to land")) return true;
+    return (stage_ == OnApproach || stage_ == Final) && orbit_ <= 0 &&
+           -chart_->SeenFromRunway(aircraft_.Where()).Along < ReadBackMiles;
+}
+
 void Flight::Obey(const Instruction& told) {
     switch (told.What) {
         case Order::TaxiToRunway:
-            if (stage_ == AtRamp) StartTaxiOut(told);
+            if (stage_ == AtRamp || stage_ == TaxiingOut) StartTaxiOut(told);
             break;
         case Order::TaxiToSpot:
             if (stage_ == Vacated || stage_ == TaxiingIn) StartTaxiIn(told);
@@ -216,9 +113,7 @@ void Flight::Obey(const Instruction& told) {
             if (stage_ == HoldingShort) Enter(AwaitingTakeoff);
             break;
         case Order::TakeOff:
-            if (stage_ != HoldingShort && stage_ != AwaitingTakeoff) break;
-            track_ = {lineUp_, 0};
-            Enter(LiningUp);
+            if (stage_ == HoldingShort || stage_ == AwaitingTakeoff) LineUp();
             break;
         case Order::LeftDownwind:
         case Order::RightDownwind:
@@ -248,7 +143,7 @@ void Flight::Obey(const Instruction& told) {
             altitude_ = told.Number;
             break;
         case Order::FlyApproach:
-            if (stage_ != Inbound) break;
+            if (stage_ != Inbound && stage_ != GoingAround) break;
             steepest_ = 45;
             Enter(OnApproach);
             break;
@@ -263,13 +158,40 @@ void Flight::Obey(const Instruction& told) {
 
 // ---- Time passes
 
-void Flight::Move(std::chrono::milliseconds time) {
+void Flight::Move(std::chrono::milliseconds time, std::span<const Sighting> others) {
+    others_ = others;
     for (; time > 0ms; time -= LongestMove) MoveOnce(std::min(time, LongestMove));
+    others_ = {};
 }
 
 void Flight::MoveOnce(std::chrono::milliseconds time) {
     inStage_ += time;
+    sinceHeard_ += time;
+    heldFor_ = holding_ ? heldFor_ + time : 0ms;
+    if (startsOver_) startingOver_ += time;
     IsFlying() ? MoveInAir(time) : MoveOnGround(time);
+    RunOutOfPatience();
+}
+
+/// What he does when nothing has come of waiting.
+void Flight::RunOutOfPatience() {
+    const auto waited = [&](FlightStage stage, std::chrono::milliseconds atMost) {
+        return stage_ == stage && inStage_ >= atMost;
+    };
+    if (waited(AwaitingTakeoff, LongestWait)) startsOver_ = true;
+    if (heldFor_ >= LongestHold) {
+        startsOver_ = true;
+        Enter(stage_ == TaxiingIn ? Vacated : AtRamp);
+        holding_ = false;
+    }
+    if (waited(GoingAround, LongestMissed)) {
+        startsOver_ = true;
+        Enter(Inbound);
+    }
+    if (waited(Vacated, LongestAtGate)) StartTaxiInUncleared();
+    if (waited(Parked, LongestParked)) Enter(Over);
+    if (Announces() && waited(AtRamp, AloneAtRamp)) StartTaxiOut({});
+    if (Announces() && waited(HoldingShort, AloneAtRunway) && RunwayIsFree(3)) LineUp();
 }
 
 }  // namespace corvenna

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,12 @@ enum class FlightStage {
     Over,
 };
 
+/// Another aircraft, as seen from the cockpit.
+struct Sighting {
+    Place Where;
+    double AltitudeFeet = 0;
+};
+
 /// One flight from its beginning to its end: moves the aircraft, obeys what is heard, and knows which
 /// option of a menu he would like to have. Has no radio and no clock of its own. One thread.
 class Flight {
@@ -46,8 +53,8 @@ class Flight {
     /// Obeys the instructions in a text that was meant for him.
     void Hear(std::string_view text);
 
-    /// Lets so much time pass.
-    void Move(std::chrono::milliseconds time);
+    /// Lets so much time pass. He keeps clear of the others as far as he sees them.
+    void Move(std::chrono::milliseconds time, std::span<const Sighting> others = {});
 
     /// The labels that he would pick now, best first; those of the opening dialogue among them.
     std::vector<std::string> WantedLabels() const;
@@ -58,6 +65,17 @@ class Flight {
     /// Whether silence is a reason to ask for a repeat: he waits for something to be offered or said.
     bool IsExpecting() const;
 
+    /// Whether he reads an instruction back now. A landing clearance he reads back when he is near: only then
+    /// does the controller count him as landing, and send others around for him.
+    bool ReadsBack(std::string_view text) const;
+
+    /// Whether, and for how long already, he wants to close the service and to begin again.
+    bool StartsOver() const { return startsOver_; }
+    std::chrono::milliseconds StartsOverSince() const { return startingOver_; }
+
+    /// The controller knows him no more: he is greeted as if he were new, or has joined anew.
+    void LoseService();
+
     FlightStage Stage() const { return stage_; }
     bool IsOver() const;
     const AircraftState& Aircraft() const { return aircraft_; }
@@ -66,8 +84,17 @@ class Flight {
   private:
     void Enter(FlightStage stage);
     void Obey(const Instruction& instruction);
+    void LoseFrequency();
+    void RunOutOfPatience();
     void MoveOnce(std::chrono::milliseconds time);
     bool IsFlying() const;
+    bool Announces() const { return plan_.Kind == FlightKind::SelfAnnounced; }
+
+    // What he sees of the others: flight_sight.cpp
+    bool SomebodyOnRunway() const;
+    bool SomebodyOnFinal(double within) const;
+    bool SomebodyInTheWay() const;
+    bool RunwayIsFree(double finalMiles) const { return !SomebodyOnRunway() && !SomebodyOnFinal(finalMiles); }
 
     // On the ground: flight_ground.cpp
     void StartTaxiOut(const Instruction& clearance);
@@ -75,8 +102,12 @@ class Flight {
     void StartTaxiInUncleared();
     void MoveOnGround(std::chrono::milliseconds time);
     double TaxiSpeed() const;
+    double GiveWay(double knots, std::chrono::milliseconds time);
+    bool StandsInLine() const;
+    void TaxiOut(std::chrono::milliseconds time);
+    void LineUp();
     void RollForTakeoff(std::chrono::milliseconds time);
-    void RollOut(std::chrono::milliseconds time);
+    void TouchDown();
 
     // In the air: flight_air.cpp
     void MoveInAir(std::chrono::milliseconds time);
@@ -87,9 +118,12 @@ class Flight {
     void FlyInbound(std::chrono::milliseconds time);
     void FlyCircuit(std::chrono::milliseconds time);
     void FlyFinal(std::chrono::milliseconds time);
+    bool MustWaitOnFinal(double toGo) const;
+    void FlyOrbit(std::chrono::milliseconds time);
     void SteerTo(double heading, double altitudeFeet, double knots, std::chrono::milliseconds time,
                  Turn way = Turn::Shorter);
     double FeetAboveField() const { return aircraft_.AltitudeFeet - chart_->ElevationFeet(); }
+    bool FliesAwayForgotten() const;
     double MilesOut() const { return MilesBetween(chart_->Middle(), aircraft_.Where()); }
 
     std::shared_ptr<const AirportChart> chart_;
@@ -98,12 +132,18 @@ class Flight {
     FlightStage stage_ = FlightStage::AtRamp;
     std::chrono::milliseconds inStage_{0};
     bool announced_ = false;  ///< whether he has said in this stage what he is about
+    bool startsOver_ = false;
+    std::chrono::milliseconds startingOver_{0};
+    std::chrono::milliseconds sinceHeard_{0};
+    std::span<const Sighting> others_;  ///< while time passes
 
     // On the ground
     Place ramp_;
     Track track_;
     std::vector<Place> lineUp_;
     bool holding_ = false;
+    std::chrono::milliseconds heldFor_{0};
+    std::chrono::milliseconds gaveWay_{0};  ///< so long already to whom is in the way
 
     // In the air
     std::vector<Place> legs_;  ///< of the circuit, up to the turn to final
@@ -116,6 +156,9 @@ class Flight {
     bool askedToLand_ = false;
     bool clearedToLand_ = false;
     bool missed_ = false;
+    int orbits_ = 0;  ///< flown on this approach
+    std::chrono::milliseconds sinceOrbit_{60000};
+    double orbit_ = 0;  ///< degrees still to be turned on the spot, to let others land first
 };
 
 }  // namespace corvenna

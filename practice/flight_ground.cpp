@@ -6,14 +6,20 @@ namespace corvenna {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr double TaxiKnots = 18;
 constexpr double ApronKnots = 10;  // near the spot
 constexpr double ApronMiles = 0.06;
 constexpr double LineUpKnots = 12;
-constexpr double RollGain = 3.5;   // knots a second
-constexpr double RollBrake = 3.5;  // knots a second
-constexpr double ExitKnots = 15;
-constexpr double BacktrackKnots = 25;
+constexpr double RollGain = 3.5;    // knots a second
+constexpr double RunwayKnots = 45;  // on the runway, before and after the flight
+constexpr double CloseMiles = 1.5;  // somebody so near on final goes first
+
+constexpr auto LongestGivingWay = 45s;  // then he goes round whoever is there
+constexpr auto GoingRound = 20s;
+constexpr auto InLineAfter = 8s;
+constexpr double InLineMiles = 0.5;  // before the runway: whoever stands there waits for it too
 constexpr double SecondsPerHour = 3600;
 
 double Seconds(std::chrono::milliseconds time) { return static_cast<double>(time.count()) / 1000; }
@@ -56,30 +62,66 @@ double Flight::TaxiSpeed() const {
     return nearRamp ? ApronKnots : TaxiKnots;
 }
 
+/// Lets somebody go who is in the way, but not for ever, and not on the runway.
+double Flight::GiveWay(double knots, std::chrono::milliseconds time) {
+    if (chart_->IsOnRunway(aircraft_.Where())) return knots;
+    if (gaveWay_ >= LongestGivingWay) {
+        gaveWay_ += time;
+        if (gaveWay_ >= LongestGivingWay + GoingRound) gaveWay_ = 0ms;
+        return knots;
+    }
+    if (!SomebodyInTheWay()) {
+        gaveWay_ = 0ms;
+        return knots;
+    }
+    gaveWay_ += time;
+    return 0;
+}
+
+/// Behind others who wait for the runway.
+bool Flight::StandsInLine() const {
+    return gaveWay_ >= InLineAfter && !track_.Points.empty() && aircraft_.Knots == 0 && !holding_ &&
+           !chart_->IsOnRunway(aircraft_.Where()) &&
+           MilesBetween(aircraft_.Where(), track_.Points.back()) < InLineMiles;
+}
+
+void Flight::TaxiOut(std::chrono::milliseconds time) {
+    const bool there = Taxi(aircraft_, track_, GiveWay(TaxiSpeed(), time), time);
+    if (there || StandsInLine()) Enter(FlightStage::HoldingShort);
+}
+
+/// What is left of the way to the runway comes first.
+void Flight::LineUp() {
+    track_.Points.insert(track_.Points.end(), lineUp_.begin(), lineUp_.end());
+    gaveWay_ = 0ms;
+    Enter(FlightStage::LiningUp);
+}
+
 void Flight::MoveOnGround(std::chrono::milliseconds time) {
+    const bool onRunway = chart_->IsOnRunway(aircraft_.Where());
     switch (stage_) {
         case FlightStage::TaxiingOut:
-            if (Taxi(aircraft_, track_, TaxiSpeed(), time)) Enter(FlightStage::HoldingShort);
+            TaxiOut(time);
             break;
-        case FlightStage::LiningUp:
-            if (Taxi(aircraft_, track_, chart_->IsOnRunway(aircraft_.Where()) ? BacktrackKnots : LineUpKnots,
-                     time)) {
-                Enter(FlightStage::TakingOff);
-            }
+        case FlightStage::LiningUp: {
+            const bool lets = !onRunway && SomebodyOnFinal(CloseMiles);
+            const double knots = lets ? 0 : onRunway ? RunwayKnots : GiveWay(LineUpKnots, time);
+            if (Taxi(aircraft_, track_, knots, time)) Enter(FlightStage::TakingOff);
             break;
+        }
         case FlightStage::TakingOff:
             RollForTakeoff(time);
             break;
         case FlightStage::RollingOut:
-            RollOut(time);
-            break;
+            if (!onRunway) Enter(FlightStage::Vacating);
+            [[fallthrough]];
         case FlightStage::Vacating:
-            if (Taxi(aircraft_, track_, aircraft_.Knots > ExitKnots ? ExitKnots : TaxiKnots, time)) {
+            if (Taxi(aircraft_, track_, onRunway ? RunwayKnots : GiveWay(TaxiKnots, time), time)) {
                 Enter(FlightStage::Vacated);
             }
             break;
         case FlightStage::TaxiingIn:
-            if (Taxi(aircraft_, track_, TaxiSpeed(), time)) Enter(FlightStage::Parked);
+            if (Taxi(aircraft_, track_, GiveWay(TaxiSpeed(), time), time)) Enter(FlightStage::Parked);
             break;
         default:
             aircraft_.Knots = 0;
@@ -102,17 +144,11 @@ void Flight::RollForTakeoff(std::chrono::milliseconds time) {
     if (knots >= plan_.Aircraft.RotateKnots) Enter(FlightStage::ClimbingOut);
 }
 
-/// Brakes along the runway; at walking pace of an aircraft he makes for the way off.
-void Flight::RollOut(std::chrono::milliseconds time) {
+/// From now on he brakes along the runway, and leaves it by the first way that he can make.
+void Flight::TouchDown() {
     aircraft_.AltitudeFeet = chart_->ElevationFeet();
-    aircraft_.Knots = Approached(aircraft_.Knots, BacktrackKnots, RollBrake * Seconds(time));
-    const Place place = PlaceBeyond(aircraft_.Where(), aircraft_.HeadingTrue,
-                                    aircraft_.Knots * Seconds(time) / SecondsPerHour);
-    aircraft_.Latitude = place.Latitude;
-    aircraft_.Longitude = place.Longitude;
-    if (aircraft_.Knots > BacktrackKnots) return;
-    track_ = {chart_->WayOffRunway(aircraft_.Where()), 0};
-    Enter(FlightStage::Vacating);
+    track_ = {chart_->WayOffRunway(aircraft_.Where(), MilesToBrake(aircraft_.Knots)), 0};
+    Enter(FlightStage::RollingOut);
 }
 
 }  // namespace corvenna

@@ -1,5 +1,6 @@
 #include "practice/flight_phrases.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "station/text.h"
@@ -99,6 +100,14 @@ std::vector<Instruction> ReadInstructions(std::string_view text) {
         told.replace(at, row.Words.size(), row.Words.size(), '.');
     }
     return instructions;
+}
+
+bool IsFollowedByText(std::string_view text) {
+    const auto instructions = ReadInstructions(text);
+    return std::none_of(instructions.begin(), instructions.end(), [](const Instruction& told) {
+        return told.What == Order::TurnLeft || told.What == Order::TurnRight || told.What == Order::Climb ||
+               told.What == Order::Descend;
+    });
 }
 
 }  // namespace corvenna

@@ -42,4 +42,7 @@ struct Instruction {
 /// The instructions in a text, in the order of the table of phrases. What stands in its menu is none.
 std::vector<Instruction> ReadInstructions(std::string_view text);
 
+/// Whether the read-back of a text brings another text: that of a vector brings none.
+bool IsFollowedByText(std::string_view text);
+
 }  // namespace corvenna

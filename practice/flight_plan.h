@@ -1,11 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <memory>
-#include <string_view>
-
-#include "practice/flight_chart.h"
-
 namespace corvenna {
 
 /// How an aircraft flies. Speeds in knots, rates in feet a minute.
@@ -21,6 +15,7 @@ struct Performance {
 
 enum class FlightKind {
     VisualCircuit,        ///< from the ramp, once around, back to the ramp
+    VisualRoundTrip,      ///< from the ramp, out to TurnBackMiles and back to the ramp
     VisualArrival,        ///< from the air to the ramp
     InstrumentRoundTrip,  ///< from the ramp, out to TurnBackMiles and back to the ramp
     InstrumentArrival,    ///< from the air to the ramp
@@ -39,6 +34,12 @@ struct FlightPlan {
 
     bool FromRamp() const {
         return Kind != FlightKind::VisualArrival && Kind != FlightKind::InstrumentArrival;
+    }
+    bool StaysInCircuit() const {
+        return Kind == FlightKind::VisualCircuit || Kind == FlightKind::SelfAnnounced;
+    }
+    bool TurnsBack() const {
+        return Kind == FlightKind::VisualRoundTrip || Kind == FlightKind::InstrumentRoundTrip;
     }
 };
 

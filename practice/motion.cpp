@@ -17,6 +17,8 @@ constexpr double SlowestTaxi = 2;       // knots, on the last feet
 constexpr double TaxiTurn = 25;         // degrees a second
 constexpr double SharpTurn = 15;        // degrees off the line
 constexpr double KnotsInSharpTurn = 8;  // until the nose is round
+constexpr double Corner = 30;           // degrees between two pieces of a track: he slows down for it
+constexpr double KnotsInCorner = 12;
 
 constexpr double StandardRate = 3;  // degrees a second
 constexpr double AirGain = 3;       // knots a second
@@ -25,22 +27,29 @@ double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
 double Degrees(double radians) { return radians * (180 / std::numbers::pi); }
 double Seconds(std::chrono::milliseconds time) { return static_cast<double>(time.count()) / 1000; }
 
-/// The speed from which he can still stop within so many miles.
-double KnotsToStopWithin(double miles) { return std::sqrt(2 * TaxiBrake * SecondsPerHour * miles); }
+/// The speed from which he can still come down to another one within so many miles.
+double KnotsBefore(double miles, double knots) {
+    return std::sqrt(2 * TaxiBrake * SecondsPerHour * miles + knots * knots);
+}
 
 void MoveTo(AircraftState& aircraft, Place place) {
     aircraft.Latitude = place.Latitude;
     aircraft.Longitude = place.Longitude;
 }
 
-double MilesLeft(const AircraftState& aircraft, const Track& track) {
+/// The speed with which he can still make the corners ahead, and stop at the end.
+double KnotsForTrack(const AircraftState& aircraft, const Track& track) {
     double miles = 0;
     Place from = aircraft.Where();
     for (std::size_t i = track.Next; i < track.Points.size(); ++i) {
-        miles += MilesBetween(from, track.Points[i]);
-        from = track.Points[i];
+        const Place at = track.Points[i];
+        miles += MilesBetween(from, at);
+        if (i + 1 == track.Points.size()) return KnotsBefore(miles, 0);
+        const double turn = TurnFrom(CourseTo(from, at), CourseTo(at, track.Points[i + 1]));
+        if (std::abs(turn) > Corner) return KnotsBefore(miles, KnotsInCorner);
+        from = at;
     }
-    return miles;
+    return 0;
 }
 
 }  // namespace
@@ -83,6 +92,10 @@ double Approached(double x, double goal, double atMost) { return x + std::clamp(
 
 // ---- On wheels
 
+double MilesToBrake(double knots) {
+    return std::max(knots * knots - KnotsInCorner * KnotsInCorner, 0.0) / (2 * TaxiBrake * SecondsPerHour);
+}
+
 bool Taxi(AircraftState& aircraft, Track& track, double knots, std::chrono::milliseconds time) {
     const double seconds = Seconds(time);
     if (track.Next >= track.Points.size()) {
@@ -91,7 +104,7 @@ bool Taxi(AircraftState& aircraft, Track& track, double knots, std::chrono::mill
     }
     const double course = CourseTo(aircraft.Where(), track.Points[track.Next]);
     const double off = TurnFrom(aircraft.HeadingTrue, course);
-    double limit = std::min(knots, KnotsToStopWithin(MilesLeft(aircraft, track)));
+    double limit = std::min(knots, KnotsForTrack(aircraft, track));
     if (std::abs(off) > SharpTurn) limit = std::min(limit, KnotsInSharpTurn);
     if (knots > 0) limit = std::max(limit, SlowestTaxi);
     aircraft.Knots = limit < aircraft.Knots ? Approached(aircraft.Knots, limit, TaxiBrake * seconds)

@@ -49,8 +49,11 @@ struct Track {
     std::size_t Next = 0;  ///< the one that he makes for
 };
 
+/// The way that braking from a speed to that of a turn takes.
+double MilesToBrake(double knots);
+
 /// Taxis along a track for a time of at most a second or so: gathers speed up to knots (0: brakes to a stop),
-/// slows down in turns and towards the end. Says whether it stands at the end.
+/// slows down before turns and towards the end. Says whether it stands at the end.
 bool Taxi(AircraftState& aircraft, Track& track, double knots, std::chrono::milliseconds time);
 
 // ---- In the air

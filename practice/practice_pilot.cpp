@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::int32_t Everybody = 0;
 constexpr std::string_view FormalName = "Player";
+constexpr double MetresPerFoot = 0.3048;
 constexpr std::string_view AcknowledgeLabels[] = {"Acknowledge", "Report traffic in sight"};
 constexpr std::string_view SayAgainReply = "R";
 
@@ -52,8 +53,9 @@ void PracticePilot::Step(std::chrono::milliseconds now) {
     }
     ReceiveAll(now);
     if (stage_ == Stage::Flying) {
+        ForgetGone(now);
         if (flight_) {
-            flight_->Move(now - lastRun_);
+            flight_->Move(now - lastRun_, others_);
             aircraft_ = flight_->Aircraft();
         }
         TellPosition(now);
@@ -88,6 +90,10 @@ void PracticePilot::Join() {
     if (found == sessions.end()) throw SessionError("there is no session \"" + sessionName_ + "\" to join");
     session_->Open(*found, OpenMode::Join);
     RefuseTakenName(*session_, script_.Name);
+    RequestAdmission();
+}
+
+void PracticePilot::RequestAdmission() {
     id_ = session_->CreatePlayer(script_.Name, std::string(FormalName));
     stage_ = Stage::Joining;
     session_->Send(id_, Everybody, WriteEmpty(MessageId::RequestJoinAsPlayer));
@@ -124,6 +130,14 @@ void PracticePilot::Handle(std::int32_t sender, DirectPlayMessage& message, std:
         case MessageId::Chat:
             if (header.PayloadSize > 1) OnText(sender, ReadChat(message, header.PayloadSize), now);
             break;
+        case MessageId::Position:
+        case MessageId::PositionLong: {
+            const PositionReport report = ReadPosition(message, header.Id);
+            Sight(sender,
+                  {{report.LatitudeDegrees(), report.LongitudeDegrees()}, report.RawAltitude / MetresPerFoot},
+                  now);
+            break;
+        }
         default:
             break;
     }
@@ -144,12 +158,41 @@ void PracticePilot::EnterRefuseParamsGroup() {
 
 void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now) {
     if (events_.Heard) events_.Heard(script_.Name, text);
-    if (!IsAddressedTo(text, script_.Name)) return;
+    if (!IsAddressedTo(text, script_.Name)) return Overhear(text);
     controllerId_ = sender;
     if (flight_) flight_->Hear(text);
+    if (text != standingText_) silence_ = Silence;
     standingText_ = std::move(text);
     heardAt_ = now;
     answered_ = false;
+    wantsAnswer_ = false;
+}
+
+/// When somebody else may go on he may be next, and is not always told.
+void PracticePilot::Overhear(std::string_view text) {
+    if (flight_ && flight_->Holding() && ContainsIgnoringCase(text, "Continue taxi")) silence_ = Silence;
+}
+
+// ---- What he sees
+
+void PracticePilot::Sight(std::int32_t id, const Sighting& sighting, std::chrono::milliseconds now) {
+    const auto known =
+        std::find_if(seen_.begin(), seen_.end(), [&](const Seen& seen) { return seen.Id == id; });
+    if (known == seen_.end()) {
+        seen_.push_back({id, now});
+        others_.push_back(sighting);
+    } else {
+        known->At = now;
+        others_[static_cast<std::size_t>(known - seen_.begin())] = sighting;
+    }
+}
+
+void PracticePilot::ForgetGone(std::chrono::milliseconds now) {
+    for (std::size_t i = seen_.size(); i-- > 0;) {
+        if (now - seen_[i].At < SightLasts) continue;
+        seen_.erase(seen_.begin() + static_cast<std::ptrdiff_t>(i));
+        others_.erase(others_.begin() + static_cast<std::ptrdiff_t>(i));
+    }
 }
 
 void PracticePilot::TellPosition(std::chrono::milliseconds now) {
@@ -193,9 +236,12 @@ void PracticePilot::RunScript(std::chrono::milliseconds now) {
 /// An instruction is acknowledged whatever the script says next.
 bool PracticePilot::Acknowledge(std::chrono::milliseconds now) {
     if (answered_ || now - heardAt_ < ThinkingTime) return false;
+    if (flight_ && !flight_->ReadsBack(standingText_)) return false;
     for (const std::string_view label : AcknowledgeLabels) {
         if (const auto reply = ReplyFor(standingText_, label, airportCode_)) {
             Say(*reply);
+            saidAt_ = now;
+            wantsAnswer_ = label == AcknowledgeLabels[0] && IsFollowedByText(standingText_);
             return true;
         }
     }
@@ -223,19 +269,38 @@ bool PracticePilot::Done(const Linger& step, std::chrono::milliseconds now) {
 }
 
 void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
+    if (flight_->StartsOver()) return StartOver(now);
     if (!answered_ && now - heardAt_ >= ThinkingTime) {
         for (const std::string& label : flight_->WantedLabels()) {
             const auto reply = ReplyFor(standingText_, label, airportCode_);
             if (!reply) continue;
             Say(*reply);
             saidAt_ = now;
+            wantsAnswer_ = true;
             return flight_->Picked(label);
         }
     }
-    if (flight_->IsExpecting() && !standingText_.empty() && now - std::max(heardAt_, saidAt_) >= Silence) {
-        Say(RepeatOfOpening().value_or(std::string(SayAgainReply)));
-        saidAt_ = now;
+    const bool listens = flight_->IsExpecting() || (answered_ && wantsAnswer_);
+    if (listens && !standingText_.empty() && now - std::max(heardAt_, saidAt_) >= silence_) AskForRepeat(now);
+}
+
+void PracticePilot::AskForRepeat(std::chrono::milliseconds now) {
+    Say(RepeatOfOpening().value_or(std::string(SayAgainReply)));
+    saidAt_ = now;
+    silence_ = std::min(2 * silence_, LongestSilence);
+}
+
+/// Closes the service to be greeted again; where even that is not heard, he joins anew.
+void PracticePilot::StartOver(std::chrono::milliseconds now) {
+    if (flight_->StartsOverSince() >= ClosingTime) {
+        session_->DestroyPlayer(id_);
+        standingText_.clear();
+        flight_->LoseService();
+        return RequestAdmission();
     }
+    if (now - std::max(heardAt_, saidAt_) < ClosingInterval) return;
+    Say(ReplyFor(standingText_, "Close ATC Services", airportCode_).value_or(std::string(SayAgainReply)));
+    saidAt_ = now;
 }
 
 /// Who is not under service yet can't ask for a repeat: he says his answer again.

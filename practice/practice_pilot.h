@@ -65,8 +65,17 @@ class PracticePilot {
     /// How long he waits to be offered an option, or to be answered, before he goes on without.
     static constexpr std::chrono::milliseconds Patience{20000};
     static constexpr std::chrono::milliseconds PositionInterval{1000};
-    /// In flight, and expecting to hear something: how long he listens before he asks for a repeat.
+    /// In flight, and expecting to hear something: how long he listens before he asks for a repeat. After
+    /// each one that has brought nothing new he listens twice as long, up to LongestSilence.
     static constexpr std::chrono::milliseconds Silence{30000};
+    static constexpr std::chrono::milliseconds LongestSilence{120000};
+
+    /// So long he tries to close a service that does not serve him; then he leaves, and joins anew.
+    static constexpr std::chrono::milliseconds ClosingTime{180000};
+    static constexpr std::chrono::milliseconds ClosingInterval{20000};
+
+    /// Whom he has not heard of for so long is gone.
+    static constexpr std::chrono::milliseconds SightLasts{5000};
 
     /// What he tells the others when nobody serves him any more.
     static constexpr std::string_view GoingOnAlone = "The controller has left, I go on by myself";
@@ -112,6 +121,9 @@ class PracticePilot {
     void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
     void OnAdmission(std::int32_t admitted);
     void OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now);
+    void Overhear(std::string_view text);
+    void Sight(std::int32_t id, const Sighting& sighting, std::chrono::milliseconds now);
+    void ForgetGone(std::chrono::milliseconds now);
     void NoticeAbsence();
     void TellPosition(std::chrono::milliseconds now);
     void RunScript(std::chrono::milliseconds now);
@@ -122,6 +134,9 @@ class PracticePilot {
     bool Done(const Fly& step, std::chrono::milliseconds now);
     bool Done(const Linger& step, std::chrono::milliseconds now);
     void AnswerInFlight(std::chrono::milliseconds now);
+    void AskForRepeat(std::chrono::milliseconds now);
+    void StartOver(std::chrono::milliseconds now);
+    void RequestAdmission();
     std::optional<std::string> RepeatOfOpening() const;
     bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);
 
@@ -136,9 +151,17 @@ class PracticePilot {
     AircraftState aircraft_;
     std::optional<Flight> flight_;  ///< while the step in hand is to fly
     std::optional<AircraftState> shownAt_;
+    std::vector<Sighting> others_;
+    struct Seen {
+        std::int32_t Id = 0;
+        std::chrono::milliseconds At{0};
+    };
+    std::vector<Seen> seen_;  ///< whose the places in others_ are, and since when
     std::string standingText_;
-    std::int32_t controllerId_ = 0;  ///< who sent it; 0 when nobody serves him
-    bool answered_ = false;          ///< whether he has typed something since
+    std::int32_t controllerId_ = 0;               ///< who sent it; 0 when nobody serves him
+    bool answered_ = false;                       ///< whether he has typed something since
+    bool wantsAnswer_ = false;                    ///< whether that should bring him another text
+    std::chrono::milliseconds silence_{Silence};  ///< until his next request for a repeat
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};

@@ -102,7 +102,7 @@ TEST(AirportChart, EverySpotCanBeReachedFromTheRunway) {
         const AirportChart chart = ChartOf(code);
         for (const double part : {0.1, 0.5, 0.95}) {
             const Place landed = chart.FromRunway({chart.RunwayMiles() * part, 0});
-            const auto off = chart.WayOffRunway(landed);
+            const auto off = chart.WayOffRunway(landed, 0.05);
             SCOPED_TRACE(code);
             ASSERT_FALSE(off.empty());
             EXPECT_FALSE(chart.IsOnRunway(off.back()));
@@ -120,15 +120,28 @@ TEST(AirportChart, EverySpotCanBeReachedFromTheRunway) {
 TEST(AirportChart, HeLeavesTheRunwayAheadOfHimWhereHeCan) {
     const AirportChart chart = ChartOf("KSEA");
     const Place landed = chart.FromRunway({chart.RunwayMiles() / 2, 0});
-    EXPECT_GT(chart.SeenFromRunway(chart.WayOffRunway(landed).front()).Along,
+    EXPECT_GT(chart.SeenFromRunway(chart.WayOffRunway(landed, 0.05).front()).Along,
               chart.SeenFromRunway(landed).Along);
+}
+
+TEST(AirportChart, AnExitThatHeCannotBrakeForIsMissed) {
+    const AirportChart chart = ChartOf("KSEA");
+    const Place landed = chart.FromRunway({0, 0});
+    for (const double braking : {0.2, 0.5, 1.0}) {
+        EXPECT_GE(chart.SeenFromRunway(chart.WayOffRunway(landed, braking).front()).Along, braking);
+    }
+}
+
+TEST(AirportChart, NoNameIsNoSpot) {
+    const TestField field;  // its list of spots is one blank element
+    EXPECT_TRUE(AirportChart(field.S).WayToSpot({47, -122}, "", {}).empty());
 }
 
 TEST(AirportChart, WithoutTaxiwaysHeTurnsOffAndGoesStraightToTheSpot) {
     TestField field;
     field.S.AirportParkingSpots = {{"PARKING 1", 50, 47.001, -122.001, 0}};
     const AirportChart chart(field.S);
-    const auto off = chart.WayOffRunway(chart.FromRunway({0.5, 0.001}));
+    const auto off = chart.WayOffRunway(chart.FromRunway({0.5, 0.001}), 0.05);
     EXPECT_FALSE(chart.IsOnRunway(off.back()));
     EXPECT_GT(chart.SeenFromRunway(off.back()).Right, 0);
     EXPECT_EQ(chart.WayToSpot(off.back(), "PARKING 1", {}), (std::vector<Place>{{47.001, -122.001}}));

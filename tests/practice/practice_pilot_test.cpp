@@ -253,6 +253,8 @@ class PracticePilotInFlightTest : public PracticePilotTest {
         for (; Now <= until; Now += 100ms) Pilot->Step(Now);
     }
 
+    Place Runway() const { return {Field.S.RunwayLatitude, Field.S.RunwayLongitude}; }
+
     TestField Field;
     std::unique_ptr<PracticePilot> Pilot;
     std::chrono::milliseconds Now{100};
@@ -286,8 +288,57 @@ TEST_F(PracticePilotInFlightTest, AfterHalfAMinuteOfSilenceHeAsksForARepeat) {
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
     StepTo(61000ms);
     EXPECT_THAT(Controller.Texts(), IsEmpty());
-    StepTo(61200ms);
+    StepTo(91000ms);
+    EXPECT_THAT(Controller.Texts(), IsEmpty());
+    StepTo(91200ms);  // twice as long as before
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+}
+
+TEST_F(PracticePilotInFlightTest, HeSeesTheOthersAndForgetsWhoIsGone) {
+    StepTo(1000ms);
+    Says(TaxiClearance);
+    StepTo(1200ms);
+    const AircraftState& own = Pilot->Aircraft();
+    const Place ahead = PlaceBeyond(own.Where(), CourseTo(own.Where(), Runway()), 0.015);
+    Controller.Send(Controller.IdOf("N1"),
+                    WritePosition(PackPosition(ahead.Latitude, ahead.Longitude, own.AltitudeFeet, 0)));
+    StepTo(5000ms);
+    EXPECT_LT(Pilot->Aircraft().Knots, 2);
+    StepTo(9000ms);  // not heard of any more
+    EXPECT_GT(Pilot->Aircraft().Knots, 4);
+}
+
+TEST_F(PracticePilotInFlightTest, ALandingClearanceInTheAirIsReadBackNearTheRunway) {
+    const AirportChart chart(Field.S);
+    FlightPlan plan;
+    plan.Kind = FlightKind::VisualArrival;
+    const Place place = chart.FromRunway({-8, 0});
+    const Flight flight(std::make_shared<AirportChart>(Field.S), plan,
+                        {place.Latitude, place.Longitude, 2400, 160, 90});
+    EXPECT_FALSE(flight.ReadsBack("N1, You are cleared to land on runway 16. Number 2 for landing."));
+    EXPECT_TRUE(flight.ReadsBack("N1, Test Field Tower, Fly straight in runway 16."));
+}
+
+TEST_F(PracticePilotInFlightTest, TakenForOneOnTheGroundHeClosesTheServiceAndThenJoinsAnew) {
+    FlightPlan plan;
+    plan.Kind = FlightKind::VisualArrival;
+    PilotScript script = Script({Fly{std::make_shared<AirportChart>(Field.S), plan}});
+    script.Name = "N9";
+    script.Start = {48, -122, 3000, 180, 90};
+    const auto pilot = AdmittedPilot(script);
+    const std::int32_t id = Controller.IdOf("N9");
+    Controller.Send(
+        id, WriteChat("N9, Continue taxi. Choose one of the following options for the Ground frequency: "
+                      "1-Report Parking 2-Close ATC Services"));
+    for (auto now = 100ms; now < 100s; now += 100ms) pilot->Step(now);
+    EXPECT_THAT(Controller.Texts(), testing::Each("2"));
+    EXPECT_EQ(Controller.IdOf("N9"), id);
+    for (auto now = 100000ms; now < 200s; now += 100ms) pilot->Step(now);
+    EXPECT_NE(Controller.IdOf("N9"), id);
+    EXPECT_FALSE(pilot->InSession());  // until the host admits him
+    Host.Step();
+    pilot->Step(200s);
+    EXPECT_TRUE(pilot->InSession());
 }
 
 TEST_F(PracticePilotInFlightTest, InTheOpeningDialogueHeSaysHisAnswerAgain) {

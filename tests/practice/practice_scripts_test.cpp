@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 #include "station/geometry.h"
@@ -70,7 +71,23 @@ TEST(PracticeScripts, OfTheOthersTwoArriveUnderInstrumentRulesAndOneGoesForGood)
     EXPECT_EQ(PlanOf(ScriptAt(field.S, 4)).Kind, FlightKind::InstrumentArrival);
     EXPECT_TRUE(PlanOf(ScriptAt(field.S, 4)).MissesFirstApproach);
     EXPECT_EQ(PlanOf(ScriptAt(field.S, 5)).Kind, FlightKind::InstrumentDeparture);
-    EXPECT_EQ(PlanOf(ScriptAt(field.S, 6)).Kind, FlightKind::VisualCircuit);
+}
+
+TEST(PracticeScripts, TheSeventhFliesOutAndBackUnderVisualRulesAndAfterEightTheyBeginAnew) {
+    const TestField field;
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 6)).Kind, FlightKind::VisualRoundTrip);
+    EXPECT_FALSE(PlanOf(ScriptAt(field.S, 6)).Instrument);
+    EXPECT_EQ(PlanOf(ScriptAt(field.S, 8)).Kind, FlightKind::VisualCircuit);
+}
+
+TEST(PracticeScripts, TheEighthComesFromFarAndEachRoundFromElsewhere) {
+    const TestField field;
+    const Place airport{field.S.RunwayLatitude, field.S.RunwayLongitude};
+    const PilotScript first = ScriptAt(field.S, 7);
+    const PilotScript next = ScriptAt(field.S, 15);
+    EXPECT_NEAR(MilesBetween(airport, first.Start.Where()), 150, 0.1);
+    EXPECT_NEAR(MilesBetween(airport, next.Start.Where()), 150, 0.1);
+    EXPECT_GT(MilesBetween(first.Start.Where(), next.Start.Where()), 50);
 }
 
 TEST(PracticeScripts, CoursesAreTrueDegrees) {
@@ -97,13 +114,27 @@ TEST(PracticeScripts, PilotsStandAtParkingSpotsOneAfterTheOther) {
     field.S.AirportParkingSpots = {{"GATE 1", 50, 47.1, -122.1, 0}, {"GATE 2", 50, 47.2, -122.2, 0}};
     EXPECT_EQ(ScriptOfOnlooker(field.S, "YOU1").Start.Latitude, 47.1);
     EXPECT_EQ(ScriptAt(field.S, 0).Start.Latitude, 47.2);
-    EXPECT_EQ(ScriptAt(field.S, 1).Start.Latitude, 47.1);
+    EXPECT_NEAR(ScriptAt(field.S, 1).Start.Latitude, 47.1, 0.001);  // a row farther
 }
 
-TEST(PracticeScripts, WithoutParkingTheyStandInTheMiddle) {
+TEST(PracticeScripts, WhereThereAreMorePilotsThanSpotsTheyStandInRows) {
+    TestField field;
+    field.S.AirportParkingSpots = {{"GATE 1", 50, 47.001, -122.01, 0}};
+    const AirportChart chart(field.S);
+    const Place first = ScriptOfOnlooker(field.S, "YOU1").Start.Where();
+    const Place second = ScriptAt(field.S, 0).Start.Where();
+    const Place third = ScriptAt(field.S, 1).Start.Where();
+    EXPECT_NEAR(MilesBetween(first, second), 0.02, 1e-6);
+    EXPECT_NEAR(MilesBetween(first, third), 0.04, 1e-6);
+    EXPECT_GT(std::abs(chart.SeenFromRunway(second).Right), std::abs(chart.SeenFromRunway(first).Right));
+}
+
+TEST(PracticeScripts, WithoutParkingTheyStandBesideTheRunway) {
     const TestField field;
-    EXPECT_EQ(ScriptAt(field.S, 0).Start.Latitude, field.S.AirportLatitude);
-    EXPECT_EQ(ScriptAt(field.S, 0).Start.Longitude, field.S.AirportLongitude);
+    const AirportChart chart(field.S);
+    const Place place = ScriptAt(field.S, 0).Start.Where();
+    EXPECT_FALSE(chart.IsOnRunway(place));
+    EXPECT_LT(MilesBetween(chart.FromRunway({chart.RunwayMiles() / 2, 0}), place), 0.2);
 }
 
 TEST(PracticeScripts, CallsignsDifferAndNoneBeginsAnother) {

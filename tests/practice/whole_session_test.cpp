@@ -1,0 +1,231 @@
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "practice/flown_session.h"
+#include "practice/practice_log.h"
+#include "practice/practice_traffic.h"
+#include "support/practice_station.h"
+
+// The whole service at once, on a clock that runs as fast as it can: real pilots in a real session before a
+// real station, from the world of the practice with its terrain.
+namespace corvenna {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::IsEmpty;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr auto LongRun = 2h;
+constexpr auto UnrulyRun = 2h;
+#else
+constexpr auto LongRun = 24h;
+constexpr auto UnrulyRun = 6h;
+#endif
+
+Station StationAt(std::string_view code) { return PracticeStation(CORVENNA_TEST_DATA, code); }
+
+std::string Clock(std::chrono::milliseconds time) {
+    const auto seconds = time / 1s;
+    return fmt::format("{:02}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60);
+}
+
+// ---- Everybody who follows his clearances completes his plan
+
+/// What keeps a flight from having been flown as planned; empty when nothing does.
+std::string Missing(const FlownSession::Flown& flown) {
+    const auto& stages = flown.Stages;
+    if (!flown.Completed()) return "is not over";
+    if (flown.Plan.Kind == FlightKind::InstrumentDeparture) {
+        return stages.contains(FlightStage::Outbound) ? "" : "never was on his way";
+    }
+    if (!stages.contains(FlightStage::RollingOut)) return "never landed";
+    if (!stages.contains(FlightStage::TaxiingIn)) return "never taxied in";
+    if (flown.Plan.FromRamp() && !stages.contains(FlightStage::TakingOff)) return "never took off";
+    if (flown.Plan.TurnsBack() && !stages.contains(FlightStage::Outbound)) return "never was on his way";
+    if (flown.Plan.MissesFirstApproach && !stages.contains(FlightStage::GoingAround)) {
+        return "did not miss his approach";
+    }
+    return "";
+}
+
+struct Practice {
+    std::string Code;
+    int Pilots;
+    int FirstNumber = 0;
+};
+
+class EverybodyCompletes : public testing::TestWithParam<Practice> {};
+
+TEST_P(EverybodyCompletes, HisPlan) {
+    const Practice& practice = GetParam();
+    FlownSession session(StationAt(practice.Code), practice.Pilots, practice.FirstNumber);
+    session.Run(12h);
+    for (const FlownSession::Flown& flown : session.Pilots) {
+        EXPECT_EQ(Missing(flown), "")
+            << flown.Pilot->Name() << " in stage " << static_cast<int>(flown.Last) << " at "
+            << Clock(session.Session.Now) << ": " << flown.Pilot->StandingText();
+    }
+    EXPECT_EQ(session.Session.SpoiltTicks, 0);
+}
+
+std::vector<Practice> Practices() {
+    std::vector<Practice> practices;
+    for (const char* code : {"KSEA", "KBFI", "LOWI", "NZWN", "SCGE"}) {
+        for (const int plan : {0, 1, 2, 3, 4, 5, 6}) practices.push_back({code, 1, plan});
+    }
+    for (const char* code : {"KSEA", "KBFI", "NZWN", "SCGE"}) practices.push_back({code, 1, 7});
+    for (const char* code : {"KFHR", "KBID", "S31"}) {
+        for (const int plan : {0, 1}) practices.push_back({code, 1, plan});
+    }
+    for (const char* code : {"KSEA", "KBFI", "NZWN", "KFHR", "KBID", "S31"}) {
+        practices.push_back({code, 6, 0});
+        practices.push_back({code, 6, 6});
+    }
+    practices.push_back({"SCGE", 6, 6});
+    return practices;
+}
+
+INSTANTIATE_TEST_SUITE_P(AtEachAirport, EverybodyCompletes, testing::ValuesIn(Practices()),
+                         [](const auto& test) {
+                             return fmt::format("{}With{}From{}", test.param.Code, test.param.Pilots,
+                                                test.param.FirstNumber);
+                         });
+
+// ---- Word by word
+
+/// All that is said and heard while one pilot is about.
+std::vector<std::string> TranscriptOf(const std::string& code, int number) {
+    std::vector<std::string> lines;
+    std::chrono::milliseconds now{0};
+    const auto said = [&](auto name, auto text) {
+        lines.push_back(fmt::format("{} {}: {}", Clock(now), name, text));
+    };
+    FlownSession session(StationAt(code), 1, number, {.Heard = {}, .Said = said});
+    session.Session.Transmitted = [&](auto frequency, auto text) {
+        lines.push_back(fmt::format("{} [{}] {}", Clock(now), frequency, text));
+    };
+    while (session.Session.Now < 6h && !session.AllGone()) {
+        now = session.Session.Now;
+        session.Step();
+    }
+    return lines;
+}
+
+std::vector<std::string> LinesOfFile(const std::string& name) {
+    std::ifstream in(std::string(CORVENNA_TRANSCRIPTS) + "/" + name);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+/// What was heard now is left beside the test's temporary files, to be read and kept.
+void ExpectTranscript(const std::string& code, int number, const std::string& name) {
+    const auto heard = TranscriptOf(code, number);
+    const auto kept = LinesOfFile(name);
+    if (heard == kept) return;
+    std::ofstream out(testing::TempDir() + name);
+    for (const std::string& line : heard) out << line << '\n';
+    const auto [a, b] = std::mismatch(heard.begin(), heard.end(), kept.begin(), kept.end());
+    ADD_FAILURE() << name << " differs in line " << a - heard.begin() + 1
+                  << "\n heard: " << (a == heard.end() ? "(end)" : *a)
+                  << "\n  kept: " << (b == kept.end() ? "(end)" : *b) << "\nWhat was heard is in "
+                  << testing::TempDir() << name;
+}
+
+TEST(WholeSession, AVisualCircuitIsHeardWordByWord) { ExpectTranscript("KSEA", 0, "visual_circuit.txt"); }
+
+TEST(WholeSession, AnInstrumentFlightOutAndBackIsHeardWordByWord) {
+    ExpectTranscript("KSEA", 1, "instrument_round_trip.txt");
+}
+
+TEST(WholeSession, TheSamePilotsAreHeardTheSameTwice) {
+    EXPECT_EQ(TranscriptOf("LOWI", 4), TranscriptOf("LOWI", 4));
+}
+
+// ---- With unruly pilots among them
+
+/// Practice traffic with its log, replenished for as long as one likes.
+class TrafficSession {
+  public:
+    TrafficSession(std::string_view code, const TrafficPlan& plan, std::chrono::milliseconds stepTime = 100ms)
+        : Session(StationAt(code), plan.Pilots + 3, stepTime),
+          Log(Session.TheStation.RunwayElevation, false),
+          traffic_(
+              std::make_shared<AirportChart>(Session.TheStation), [this] { return Session.MakeSession(); },
+              WholeSession::Name, plan, Events()) {}
+
+    void RunFor(std::chrono::milliseconds time) {
+        for (const auto end = Session.Now + time; Session.Now < end;) {
+            Session.Step([&](auto now) {
+                traffic_.Step(now);
+                if (now % 1000ms == 0ms) traffic_.ForEach([&](const auto& pilot) { Log.Flies(pilot, now); });
+            });
+        }
+    }
+
+    WholeSession Session;
+    PracticeLog Log;
+    std::vector<std::string> Lost;  ///< who left without having flown to the end
+    int Completed = 0;
+
+  private:
+    TrafficEvents Events() {
+        return {.Talk = {.Heard = [this](auto name, auto text) { Log.Heard(name, text, Session.Now); },
+                         .Said = [this](auto name, auto text) { Log.Said(name, text, Session.Now); }},
+                .Came = [this](const auto& pilot) { Log.Came(pilot, Session.Now); },
+                .Left =
+                    [this](const auto& pilot) {
+                        Log.Left(pilot.Name(), pilot.Completed());
+                        if (pilot.Completed()) ++Completed;
+                        if (!pilot.Completed()) Lost.push_back(pilot.Name());
+                    },
+                .Failed = {}};
+    }
+
+    PracticeTraffic traffic_;
+};
+
+/// Whether the pilot of a callsign is one of the bad ones.
+bool IsUnruly(const std::string& callsign) {
+    return Unruliness::IsOf((std::stoi(callsign.substr(1)) - 101) / 13);
+}
+
+TEST(WholeSession, WithUnrulyPilotsNobodyElsesFlightIsLost) {
+    for (const char* code : {"KSEA", "SCGE", "KFHR"}) {
+        SCOPED_TRACE(code);
+        TrafficSession session(code, {.Pilots = 6, .Seed = 3, .Unruly = true}, 1s);
+        session.RunFor(UnrulyRun);
+        std::erase_if(session.Lost, IsUnruly);
+        EXPECT_THAT(session.Lost, IsEmpty());
+        EXPECT_GT(session.Completed, 5);
+    }
+}
+
+TEST(WholeSession, OverADayTheStationDoesNotGrow) {
+    TrafficSession session("KSEA", {.Pilots = 6, .Seed = 1, .Unruly = true}, 1s);
+    const auto inUse = [] { return static_cast<double>(mallinfo2().uordblks); };
+    session.RunFor(1h);
+    const double before = inUse();
+    for (auto hour = 1h; hour < LongRun; hour += 1h) {
+        session.RunFor(1h);
+        const Station& station = session.Session.TheStation;
+        EXPECT_LE(station.Players.Valid().size(), 8u);
+        EXPECT_LE(station.TaxiRoutes.Valid().size(), 8u);
+        EXPECT_LE(station.TakeoffQueue.Valid().size(), 12u);
+        EXPECT_LE(station.LandingQueue.Valid().size(), 12u);
+        EXPECT_LE(station.AirportParkingSpots.size(), 75u);
+        for (const PlayerRecord& record : station.Players.Valid()) {
+            EXPECT_LT(record.MenuText.size() + record.AdvisedTraffic.size(), 2000u);
+        }
+    }
+    EXPECT_LT(inUse() - before, 1 << 20);
+    EXPECT_GT(session.Completed, 3 * LongRun / 1h);
+}
+
+}  // namespace
+}  // namespace corvenna
