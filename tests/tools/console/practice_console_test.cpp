@@ -303,10 +303,9 @@ TEST_F(PracticeConsoleTest, AnErrorThatEscapesATimerLeavesTheSessionFirst) {
     EXPECT_TRUE(Practice->Over());
 }
 
-TEST_F(PracticeConsoleTest, TwoOfOneNameAreNoError) {
-    Practice.emplace(PracticeField("KSEA"), PracticeParty{"N101CV", "N101CV", 2}, Printer);
-    RunTo(60s);
-    EXPECT_FALSE(Practice->Over());
+TEST_F(PracticeConsoleTest, NobodyComesUnderAPilotsName) {
+    const PracticeParty party{"KSEA_Controller", "N101CV", 2};
+    EXPECT_THROW(Practice.emplace(PracticeField("KSEA"), party, Printer), SessionError);
 }
 
 }  // namespace

@@ -60,12 +60,12 @@ TEST(SitProgramTest, AConversationFromWelcomeToQuit) {
     }),
               0)
         << sit.Output();
+    host.Until([&] { return host.IdOf("N1") == 0; });
     EXPECT_THAT(host.Said, ElementsAre("N1: KSEA,1", "N1: 2"));
     EXPECT_THAT(sit.Output(), HasSubstr("KSEA_Controller> N1. Welcome to Corvenna v1.3"));
     EXPECT_THAT(sit.Output(), HasSubstr("You are N1 at Seattle-Tacoma Intl (KSEA)."));
     EXPECT_THAT(sit.Output(), HasSubstr("taxiing to the runway; it holds short of it"));
     EXPECT_THAT(sit.Output(), HasSubstr(" nm from the airport"));
-    EXPECT_EQ(host.IdOf("N1"), 0);
 }
 
 TEST(SitProgramTest, AnAirportThatIsGivenNeedsNoWelcome) {
