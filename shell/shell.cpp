@@ -1,0 +1,150 @@
+#include "shell/shell.h"
+
+#include <fmt/format.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+
+#include "shell/host_question.h"
+#include "shell/screen_text.h"
+
+// Outside of any namespace: the resources of a library are named to the linker.
+static void LoadPictures() { Q_INIT_RESOURCE(pictures); }
+
+namespace corvenna {
+
+namespace {
+
+constexpr std::string_view TerrainMissing =
+    "The world_terrain.db file is missing. Please reinstall this ATC program again.";
+
+/// All windows that are open, also when they are made small.
+std::vector<Window*> OpenWindows() {
+    std::vector<Window*> open;
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        auto* const window = qobject_cast<Window*>(widget);
+        if (window != nullptr && window->isVisible()) open.push_back(window);
+    }
+    return open;
+}
+
+}  // namespace
+
+Shell::Shell(DirectPlayOptions session) {
+    LoadPictures();
+    QApplication::setWindowIcon(QIcon(":/corvenna/corvenna.png"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    session.AskHost = [] { return AskForHost(QApplication::activeWindow()); };
+    session.KeepWaiting = [this] { return patience_.KeepWaiting(); };
+    objects_.MakeRoot = [session = std::move(session)] { return std::make_unique<DirectPlayRoot>(session); };
+    gate_.OnEscape = [this](auto name, const auto& error) { OnEscape(name, error); };
+    connect(&gate_, &HandlerGate::Freed, this, &Shell::EndWithoutWindows);
+    connect(&patience_, &Patience::Waiting, this, [this](int seconds) {
+        if (form3_) form3_->TellWaiting(seconds);
+    });
+}
+
+Shell::~Shell() {
+    gate_.CloseForGood();
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (qobject_cast<Window*>(widget) != nullptr) delete widget;
+    }
+}
+
+// ---- From window to window
+
+void Shell::Start() {
+    form1_ = new Form1(gate_, [this] { StartUp(); });
+    form1_->show();
+}
+
+void Shell::StartUp() {
+    program_.AppFolder = WithoutLastSeparator(ToPath(QDir::currentPath()));
+    switch (DecideStartUp(program_)) {
+        case StartUp::TerrainMissing:
+            ShowBox(BoxIcon::Exclamation, TerrainMissing);
+            return End(0);
+        case StartUp::ChooseSimFolder:
+            form1_->Depart();
+            return OpenFolderChooser();
+        case StartUp::ChooseAirport:
+            form1_->Depart();
+            return OpenAirports();
+    }
+}
+
+void Shell::OpenFolderChooser() {
+    (new Form7(gate_, program_, *this,
+               {.FolderChosen = [this] { OpenAirports(); }, .ShowAbout = [this] { ShowAbout(); }}))
+        ->Load();
+}
+
+void Shell::OpenAirports() {
+    auto* const progress = new Form6(gate_);
+    progress->show();
+    progress->PaintNow();
+    auto* const form2 = new Form2(gate_, program_, station_,
+                                  {.Inform = [this](auto text) { ShowBox(BoxIcon::Information, text); },
+                                   .AirportChosen = [this] { OpenSessionSearch(); },
+                                   .EndProgram = [this] { End(0); },
+                                   .ShowAbout = [this] { ShowAbout(); }});
+    form2->Load(*progress);
+}
+
+void Shell::OpenSessionSearch() {
+    form3_ = new Form3(gate_, station_, objects_, *this,
+                       {.Connected = [this] { OpenStation(); },
+                        .EndProgram = [this] { End(0); },
+                        .ShowAbout = [this] { ShowAbout(); }});
+    form3_->Load();
+}
+
+/// An admission that comes twice opens one station.
+void Shell::OpenStation() {
+    if (form4_) return;
+    form3_->Depart();
+    form4_ = new Form4(gate_, station_, objects_, *this, [this] { OpenAirports(); });
+    form4_->Load();
+}
+
+void Shell::ShowAbout() {
+    if (!form5_) form5_ = new Form5(gate_);
+    form5_->show();
+    form5_->raise();
+    form5_->activateWindow();
+}
+
+// ---- Boxes, and the end
+
+void Shell::ShowBox(BoxIcon icon, std::string_view text) {
+    QMessageBox box(QApplication::activeWindow());
+    box.setObjectName("OperatorBox");
+    box.setWindowModality(Qt::ApplicationModal);
+    box.setWindowTitle(ToScreen(ProgramTitle));
+    box.setIcon(icon == BoxIcon::Information ? QMessageBox::Information : QMessageBox::Warning);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(ReportToScreen(text));
+    box.exec();
+}
+
+/// The session is left before the operator reads why.
+void Shell::OnEscape(std::string_view name, const std::exception& error) {
+    if (form4_) form4_->LeaveSession();
+    if (form3_) form3_->LeaveSession();
+    ShowBox(BoxIcon::Exclamation, fmt::format("{} failed: {}\n\nThe program ends.", name, error.what()));
+    End(1);
+}
+
+void Shell::EndWithoutWindows() {
+    if (!status_ && OpenWindows().empty()) End(0);
+}
+
+void Shell::End(int status) {
+    gate_.CloseForGood();
+    status_ = status;
+    for (Window* const window : OpenWindows()) window->Depart();
+    emit Ended(status);
+}
+
+}  // namespace corvenna
