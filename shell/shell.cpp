@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
+#include <algorithm>
 
 #include "shell/host_question.h"
 #include "shell/screen_text.h"
@@ -19,14 +20,18 @@ namespace {
 constexpr std::string_view TerrainMissing =
     "The world_terrain.db file is missing. Please reinstall this ATC program again.";
 
-/// All windows that are open, also when they are made small.
-std::vector<Window*> OpenWindows() {
-    std::vector<Window*> open;
+/// All windows, also those that are to be deleted.
+std::vector<Window*> AllWindows() {
+    std::vector<Window*> windows;
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        auto* const window = qobject_cast<Window*>(widget);
-        if (window != nullptr && window->isVisible()) open.push_back(window);
+        if (auto* const window = qobject_cast<Window*>(widget)) windows.push_back(window);
     }
-    return open;
+    return windows;
+}
+
+bool AnyIsOpen(const std::vector<Window*>& windows) {
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const Window* window) { return window->isVisible(); });
 }
 
 }  // namespace
@@ -47,9 +52,7 @@ Shell::Shell(DirectPlayOptions session) {
 
 Shell::~Shell() {
     gate_.CloseForGood();
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        if (qobject_cast<Window*>(widget) != nullptr) delete widget;
-    }
+    for (const Window* const window : AllWindows()) delete window;
 }
 
 // ---- From window to window
@@ -137,13 +140,13 @@ void Shell::OnEscape(std::string_view name, const std::exception& error) {
 }
 
 void Shell::EndWithoutWindows() {
-    if (!status_ && OpenWindows().empty()) End(0);
+    if (!status_ && !AnyIsOpen(AllWindows())) End(0);
 }
 
 void Shell::End(int status) {
     gate_.CloseForGood();
     status_ = status;
-    for (Window* const window : OpenWindows()) window->Depart();
+    for (Window* const window : AllWindows()) window->Depart();
     emit Ended(status);
 }
 

@@ -17,18 +17,18 @@ QString WithoutMnemonic(QString text) { return text.remove('&'); }
 Window::Window(HandlerGate& gate, const char* objectName, const QString& caption) : gate_(gate) {
     setObjectName(objectName);
     setWindowTitle(caption);
-    setAttribute(Qt::WA_DeleteOnClose);
 }
 
 void Window::Depart() {
+    if (departs_) return;
     departs_ = true;
     hide();
-    close();
+    connect(&gate_, &HandlerGate::Freed, this, &QObject::deleteLater);
 }
 
+/// A close box that is pressed during a handler acts when the handler has ended.
 void Window::closeEvent(QCloseEvent* event) {
-    if (departs_) return event->accept();
-    if (gate_.Busy()) {  // it is closed when the handler in hand has ended
+    if (gate_.Busy()) {
         event->ignore();
         connect(&gate_, &HandlerGate::Freed, this, &QWidget::close,
                 Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -36,9 +36,8 @@ void Window::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     gate_.Run("Closing the window", [this] {
-        departs_ = true;
         OnCloseBox();
-        hide();
+        Depart();
     });
 }
 

@@ -13,12 +13,12 @@
 namespace corvenna {
 
 /// What the windows have in common: a name, a caption, handlers that go through the gate, and a status line.
-/// A window that is closed deletes itself.
+/// A window that is closed is deleted, behind the handler that closed it.
 class Window : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// Closes the window for the program; its own close box is another matter.
+    /// Takes the window away for the program; its own close box is another matter. To be called in a handler.
     void Depart();
 
     /// Paints it before the handler in hand has ended.
