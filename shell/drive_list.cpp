@@ -19,6 +19,7 @@ QString DriveLetter(const QString& root) { return root.left(2).toLower(); }
 }  // namespace
 
 DriveList::DriveList(QWidget* parent) : QComboBox(parent) {
+    setAccessibleName(tr("Drive"));
     for (const QFileInfo& drive : QDir::drives()) {
         const QString root = drive.absoluteFilePath();
         const QString volume = QStorageInfo(root).name();

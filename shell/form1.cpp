@@ -28,6 +28,7 @@ Form1::Form1(HandlerGate& gate, std::function<void()> startUp)
     QLabel* const label1 = NewLabel("Label1", "CORVENNA VERSION 1.3");
     PutTitleOnPicture(*label1, 1.6);
     auto* const controls = new QVBoxLayout(picture);
+    controls->setContentsMargins({});
     controls->addStretch();
     controls->addWidget(label1);
     setCentralWidget(picture);

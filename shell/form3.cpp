@@ -86,6 +86,7 @@ void Form3::LayOut() {
     settings->addWidget(text2_, 0, 1);
     settings->addWidget(NewLabel("Label1", "Type of Connections:"), 1, 0, 1, 2);
     settings->addWidget(NewLabelFor(list1_, "Label3", "&Type of Connection:"), 2, 0, Qt::AlignTop);
+    list1_->setMaximumHeight(list1_->minimumHeight());
     settings->addWidget(list1_, 2, 1);
     settings->addWidget(command1_, 3, 1);
     settings->setColumnStretch(1, 1);

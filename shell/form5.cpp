@@ -27,6 +27,7 @@ Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
     QLabel* const label1 = NewLabel("Label1", "CORVENNA VERSION 1.3");
     PutTitleOnPicture(*label1, 1.3);
     auto* const title = new QVBoxLayout(picture);
+    title->setContentsMargins({});
     title->addStretch();
     title->addWidget(label1);
 

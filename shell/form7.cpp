@@ -44,7 +44,6 @@ Form7::Form7(HandlerGate& gate, ProgramFields& program, OperatorDesk& desk, Form
 
 void Form7::LayOut() {
     drive1_->setObjectName("Drive1");
-    drive1_->setAccessibleName(tr("Drive"));
     dir1_->setObjectName("Dir1");
     dir1_->setAccessibleName(tr("Folder"));
     dir1_->setMinimumHeight(dir1_->fontMetrics().lineSpacing() * FoldersSeen);

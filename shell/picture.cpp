@@ -6,7 +6,7 @@ namespace corvenna {
 
 namespace {
 
-constexpr int WidthInLetters = 60;  // of the usual font, so that the picture grows with it
+constexpr int WidthInLetters = 84;  // of the usual font, so that the picture grows with it
 
 }  // namespace
 
@@ -36,7 +36,10 @@ void PutTitleOnPicture(QLabel& label, double size) {
     label.setFont(font);
     QPalette palette = label.palette();
     palette.setColor(QPalette::WindowText, QColor(0xf4f1e8));
+    palette.setColor(QPalette::Window, QColor(0x0b, 0x12, 0x14, 0xb0));
     label.setPalette(palette);
+    label.setAutoFillBackground(true);
+    label.setMargin(label.fontMetrics().height() / 3);
     label.setAlignment(Qt::AlignCenter);
 }
 

@@ -131,10 +131,25 @@ void Shell::ShowBox(BoxIcon icon, std::string_view text) {
     box.exec();
 }
 
-/// The session is left before the operator reads why.
-void Shell::OnEscape(std::string_view name, const std::exception& error) {
+void Shell::Stop() {
+    const auto end = [this] {
+        LeaveSession();
+        End(0);
+    };
+    if (gate_.Run("The end", end)) return;
+    if (QWidget* const box = QApplication::activeModalWidget()) box->close();
+    connect(&gate_, &HandlerGate::Freed, this, &Shell::Stop,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void Shell::LeaveSession() {
     if (form4_) form4_->LeaveSession();
     if (form3_) form3_->LeaveSession();
+}
+
+/// The session is left before the operator reads why.
+void Shell::OnEscape(std::string_view name, const std::exception& error) {
+    LeaveSession();
     ShowBox(BoxIcon::Exclamation, fmt::format("{} failed: {}\n\nThe program ends.", name, error.what()));
     End(1);
 }

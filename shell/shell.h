@@ -32,6 +32,9 @@ class Shell final : public QObject, private OperatorDesk {
     /// Shows the first window. The folder of the program is the current directory.
     void Start();
 
+    /// Leaves the session and ends, as soon as no handler runs; an open box is closed.
+    void Stop();
+
     /// The exit status, once the program has ended: 0, or 1 after an error.
     std::optional<int> Status() const { return status_; }
 
@@ -49,6 +52,7 @@ class Shell final : public QObject, private OperatorDesk {
     void ShowAbout();
 
     void ShowBox(BoxIcon icon, std::string_view text) override;
+    void LeaveSession();
     void OnEscape(std::string_view name, const std::exception& error);
     void EndWithoutWindows();
     void End(int status);

@@ -26,7 +26,8 @@ DirectPlayOptions HostOptions() {
 
 }  // namespace
 
-HostThread::HostThread(Options options) : options_(std::move(options)), thread_([this] { Run(); }) {
+HostThread::HostThread(Options options)
+    : options_(std::move(options)), sockets_(HostOptions()), thread_([this] { Run(); }) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return open_ || over_; });
     if (!failure_.empty()) {
@@ -50,11 +51,34 @@ void HostThread::SetAdmits(bool admits) {
     options_.Admits = admits;
 }
 
+void HostThread::SetAnswers(bool answers) {
+    const std::lock_guard lock(mutex_);
+    options_.Answers = answers;
+}
+
+void HostThread::Joins(const std::string& pilot) {
+    Do([&](SimulatorPeer&) {
+        guestSockets_ = HostOptions();
+        guestSockets_.Sockets.NameServer = Port();
+        auto session = std::make_unique<DirectPlaySession>(guestSockets_);
+        session->InitializeConnection(std::string(ConnectionAddress::ThisComputer));
+        const auto sessions = session->GetDPEnumSessions({});
+        SimulatorPilot guest;
+        guest.Name = pilot;
+        guest_ = std::make_unique<SimulatorPeer>(std::move(session), guest);
+        guest_->Join(sessions.at(0));
+    });
+    for (bool flies = false; !flies;) {
+        Do([&](SimulatorPeer&) { flies = guest_->InStage() == SimulatorPeer::Stage::Flying; });
+    }
+}
+
 void HostThread::Do(const std::function<void(SimulatorPeer&)>& action) {
     std::unique_lock lock(mutex_);
     action_ = action;
     changed_.notify_all();
     changed_.wait(lock, [this] { return !action_ || over_; });
+    if (!failure_.empty()) throw std::runtime_error(failure_);
 }
 
 std::vector<std::string> HostThread::Heard() {
@@ -74,8 +98,7 @@ void HostThread::Run() {
 }
 
 void HostThread::RunSimulator() {
-    const DirectPlayOptions options = HostOptions();
-    auto session = std::make_unique<DirectPlaySession>(options);
+    auto session = std::make_unique<DirectPlaySession>(sockets_);
     DirectPlaySession& dp = *session;
     SimulatorPeer simulator(
         std::move(session),
@@ -100,11 +123,12 @@ void HostThread::RunSimulator() {
     while (!over_) {
         changed_.wait_for(lock, StepInterval);
         const auto action = action_;
+        const bool answers = options_.Answers;
         lock.unlock();
         if (action) action(simulator);
-        if (simulator.InStage() == SimulatorPeer::Stage::Flying) {
-            simulator.Step(std::chrono::duration_cast<std::chrono::milliseconds>(
-                std::chrono::steady_clock::now() - start));
+        if (answers) {
+            Step(simulator, std::chrono::duration_cast<std::chrono::milliseconds>(
+                                std::chrono::steady_clock::now() - start));
         }
         lock.lock();
         if (!action) continue;
@@ -112,7 +136,14 @@ void HostThread::RunSimulator() {
         changed_.notify_all();
     }
     lock.unlock();
+    if (guest_) guest_->Leave();
+    guest_.reset();
     if (simulator.InStage() == SimulatorPeer::Stage::Flying) simulator.Leave();
+}
+
+void HostThread::Step(SimulatorPeer& simulator, std::chrono::milliseconds now) {
+    if (simulator.InStage() == SimulatorPeer::Stage::Flying) simulator.Step(now);
+    if (guest_) guest_->Step(now);
 }
 
 }  // namespace corvenna

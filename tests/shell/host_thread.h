@@ -3,11 +3,13 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "link/directplay/directplay_session.h"
 #include "practice/simulator_peer.h"
 
 namespace corvenna {
@@ -19,6 +21,7 @@ class HostThread {
         std::string SessionName = "Friday evening";
         std::int32_t Players = 16;
         bool Admits = true;
+        bool Answers = true;  ///< false: it is there, but busy with something else
     };
 
     explicit HostThread(Options options);
@@ -31,6 +34,10 @@ class HostThread {
     std::uint16_t Port() const { return port_; }
 
     void SetAdmits(bool admits);
+    void SetAnswers(bool answers);
+
+    /// Another pilot comes, and has been admitted. He flies on when the host has left.
+    void Joins(const std::string& pilot);
 
     /// Does something in the simulator and waits until it is done.
     void Do(const std::function<void(SimulatorPeer&)>& action);
@@ -41,6 +48,7 @@ class HostThread {
   private:
     void Run();
     void RunSimulator();
+    void Step(SimulatorPeer& simulator, std::chrono::milliseconds now);
 
     Options options_;
     std::mutex mutex_;
@@ -51,6 +59,9 @@ class HostThread {
     std::string failure_;
     std::function<void(SimulatorPeer&)> action_;
     std::vector<std::string> heard_;
+    DirectPlayOptions sockets_;
+    DirectPlayOptions guestSockets_;
+    std::unique_ptr<SimulatorPeer> guest_;  // the thread's own
     std::thread thread_;
 };
 

@@ -174,14 +174,21 @@ void ShellScene::SearchesThisComputer() {
     Press("Form3", "Command1");
 }
 
+/// The timer fires less than thirty times, so that the request is not repeated, at growing intervals.
+void ShellScene::AwaitsAnswer(const std::function<bool()>& isThere) {
+    double intervalMs = 5;
+    for (int fires = 1; fires < 30 && !isThere(); ++fires, intervalMs *= 1.25) {
+        QElapsedTimer since;
+        since.start();
+        Until([&] { return since.elapsed() > static_cast<qint64>(intervalMs); });
+        Fire("Form3", "Timer1");
+    }
+}
+
 void ShellScene::Joins() {
     List("Form3", "List2").setCurrentRow(0);
     Press("Form3", "Command2");
-    Until([this] {
-        if (IsOpen("Form4")) return true;
-        Fire("Form3", "Timer1");
-        return IsOpen("Form4");
-    });
+    AwaitsAnswer([this] { return IsOpen("Form4"); });
 }
 
 void ShellScene::OpensStation(const char* label) {

@@ -104,7 +104,8 @@ class ShellScene {
     void Scans();                     ///< to the airport list
     void Chooses(const char* label);  ///< to the session window
     void SearchesThisComputer();
-    void Joins();  ///< to the station window
+    void AwaitsAnswer(const std::function<bool()>& isThere);  ///< the host's, to the request to join
+    void Joins();                                             ///< to the station window
 
     /// All of it: first run to the station.
     void OpensStation(const char* label = "Seattle-Tacoma Intl (KSEA)");
