@@ -13,6 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int RowsSeen = 4;
+constexpr int LettersSeen = 50;
 
 QListWidget* NewList(const char* objectName) {
     auto* const list = new QListWidget;
@@ -20,6 +21,7 @@ QListWidget* NewList(const char* objectName) {
     list->setUniformItemSizes(true);
     list->setTabKeyNavigation(false);
     list->setMinimumHeight(list->fontMetrics().lineSpacing() * (RowsSeen + 1));
+    list->setMinimumWidth(list->fontMetrics().averageCharWidth() * LettersSeen);
     return list;
 }
 
