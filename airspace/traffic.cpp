@@ -1,7 +1,6 @@
 #include "airspace/traffic.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "airspace/radar_state.h"
 #include "station/geometry.h"
@@ -49,10 +48,6 @@ void ReadClock(std::int16_t heading, std::int16_t bearing, std::string_view& clo
     }
 }
 
-bool IsNearInHeight(const PlayerRecord& pilot, const PlayerRecord& other) {
-    return std::abs(std::int64_t{pilot.Altitude} - other.Altitude) < TrafficIndex::NearFeet;
-}
-
 /// Looks names up in the text of those called out before. A name that is part of a longer one counts too.
 /// Traffic mostly comes in the order in which it was entered, so the place behind the last hit goes first.
 class AdvisedNames {
@@ -90,12 +85,12 @@ void CallOut(const Station& station, PlayerRecord& pilot, const PlayerRecord& ot
 void ScanTraffic(Station& station, PlayerRecord& pilot, std::string_view service) {
     const auto players = station.Players.Valid();
     const auto candidates = station.TickInProgress ? station.Traffic.Near(players, pilot, station.TicksBegun)
-                                                   : station.Traffic.Everybody(players);
+                                                   : station.Traffic.NearInHeight(players, pilot);
     AdvisedNames advised;
     std::string_view clock;
     for (const std::int32_t place : candidates) {
         const PlayerRecord& other = players[static_cast<std::size_t>(place)];
-        if (other.Name == pilot.Name || !IsNearInHeight(pilot, other)) continue;
+        if (other.Name == pilot.Name) continue;
         if (advised.Holds(pilot.AdvisedTraffic, other.Name)) continue;
         const auto miles = DistanceNm(pilot.Latitude, pilot.Longitude, other.Latitude, other.Longitude);
         if (miles >= CalledOutMiles) continue;

@@ -39,7 +39,7 @@ constexpr Clearance Clearances[] = {
     {TaxiTarget::Parking, TaxiToSpotByRouteText, TaxiToSpotText, Phase::AcknowledgeTaxiToGate},
 };
 
-// ---- Where a route begins and ends
+// ---- Where a route begins and ends: a place in AirportTaxiPoints, which a damaged tie can miss
 
 constexpr std::int32_t NoPoint = -1;
 
@@ -61,10 +61,9 @@ std::int32_t NearestPathEnd(const Station& station, PointDistances& distances, C
     return nearest;
 }
 
-bool TiesSpot(const Station& station, const TaxiPath& path, std::size_t spot) {
+bool TiesSpot(const TaxiPath& path, std::size_t spot) {
     return path.Kind == TaxiPath::ParkingTie && path.EndPoint >= 0 &&
-           static_cast<std::size_t>(path.EndPoint) == spot &&
-           FindTaxiPoint(station, path.StartPoint) != nullptr;
+           static_cast<std::size_t>(path.EndPoint) == spot;
 }
 
 /// The point of the first tie of the first spot he stands in that has one; standing in none, the nearest
@@ -73,7 +72,7 @@ std::int32_t FindStart(const Station& station, const PlayerRecord& pilot) {
     for (std::size_t spot = 0; spot < station.AirportParkingSpots.size(); ++spot) {
         if (!StandsWithin(pilot, station.AirportParkingSpots[spot])) continue;
         for (const TaxiPath& path : station.AirportTaxiPaths) {
-            if (TiesSpot(station, path, spot)) return path.StartPoint;
+            if (TiesSpot(path, spot)) return path.StartPoint;
         }
     }
     PointDistances toPilot(station, pilot.Latitude, pilot.Longitude);
@@ -94,7 +93,7 @@ std::int32_t FindSpotEnd(const Station& station, std::string_view spotName) {
     for (std::size_t spot = 0; spot < station.AirportParkingSpots.size(); ++spot) {
         if (!EqualIgnoringCase(station.AirportParkingSpots[spot].Name, spotName)) continue;
         for (const TaxiPath& path : station.AirportTaxiPaths) {
-            if (TiesSpot(station, path, spot)) end = path.StartPoint;
+            if (TiesSpot(path, spot)) end = path.StartPoint;
         }
     }
     return end;
@@ -102,10 +101,10 @@ std::int32_t FindSpotEnd(const Station& station, std::string_view spotName) {
 
 std::vector<TaxiPath> FindLinks(const Station& station, const PlayerRecord& pilot, const GeoPoint& target) {
     const std::int32_t start = FindStart(station, pilot);
-    if (start == NoPoint) return {};
+    if (FindTaxiPoint(station, start) == nullptr) return {};
     const std::int32_t end =
         target.Kind == TaxiTarget::Runway ? FindRunwayEnd(station) : FindSpotEnd(station, target.Name);
-    if (end == NoPoint) return {};
+    if (FindTaxiPoint(station, end) == nullptr) return {};
     PointDistances toTarget(station, target.Latitude, target.Longitude);
     return FindTaxiRoute(station, start, end, toTarget);
 }

@@ -8,13 +8,15 @@ constexpr std::int32_t None = -1;
 
 /// The paths by the points they leave from. A path is two half links: with the number of the path doubled,
 /// the one from its start to its end, and with one more than that, the way back.
+///
+/// What is walked and barred is the step from one point to another, which parallel paths share.
 class HalfLinks {
   public:
     explicit HalfLinks(const Station& station)
         : paths_(station.AirportTaxiPaths),
           firstOf_(station.AirportTaxiPoints.size(), None),
           nextOf_(paths_.size() * 2, None),
-          state_(paths_.size() * 2, Free) {
+          stepOf_(paths_.size() * 2, None) {
         // From the back, so that each point's list is in the order of the paths.
         for (std::size_t i = paths_.size(); i-- > 0;) {
             const TaxiPath& path = paths_[i];
@@ -22,35 +24,35 @@ class HalfLinks {
             Prepend(path.EndPoint, i * 2 + 1);
             Prepend(path.StartPoint, i * 2);
         }
+        NumberSteps();
     }
 
     const TaxiPath& PathOf(std::int32_t half) const { return paths_[static_cast<std::size_t>(half) / 2]; }
     std::int32_t FromOf(std::int32_t half) const {
         return half % 2 == 0 ? PathOf(half).StartPoint : PathOf(half).EndPoint;
     }
-    std::int32_t ToOf(std::int32_t half) const {
-        return half % 2 == 0 ? PathOf(half).EndPoint : PathOf(half).StartPoint;
-    }
+    std::int32_t ToOf(std::int32_t half) const { return FromOf(WayBackOf(half)); }
 
     std::int32_t FirstOf(std::int32_t point) const { return firstOf_[static_cast<std::size_t>(point)]; }
     std::int32_t NextOf(std::int32_t half) const { return nextOf_[static_cast<std::size_t>(half)]; }
 
-    bool IsFree(std::int32_t half) const { return state_[static_cast<std::size_t>(half)] == Free; }
+    bool IsFree(std::int32_t half) const { return states_[StepOf(half)] == Free; }
 
-    /// What is walked, freed or barred is the step between two points, not one path: parallel paths share it.
-    void Walk(std::int32_t from, std::int32_t to) {
-        Change(from, to, 0, Walked);
-        Change(to, from, 0, Walked);
+    void Walk(std::int32_t half) {
+        Change(half, 0, Walked);
+        Change(WayBackOf(half), 0, Walked);
     }
-    void WalkBack(std::int32_t from, std::int32_t to) {
-        Change(from, to, Walked, Barred);
-        Change(to, from, Walked, 0);
+    void WalkBack(std::int32_t half) {
+        Change(half, Walked, Barred);
+        Change(WayBackOf(half), Walked, 0);
     }
 
   private:
     static constexpr std::uint8_t Free = 0;
     static constexpr std::uint8_t Walked = 1;
     static constexpr std::uint8_t Barred = 2;
+
+    static std::int32_t WayBackOf(std::int32_t half) { return half ^ 1; }
 
     bool IsPlace(std::int32_t point) const {
         return point >= 0 && static_cast<std::size_t>(point) < firstOf_.size();
@@ -62,18 +64,37 @@ class HalfLinks {
         first = static_cast<std::int32_t>(half);
     }
 
-    void Change(std::int32_t from, std::int32_t to, std::uint8_t remove, std::uint8_t add) {
-        for (std::int32_t half = FirstOf(from); half != None; half = NextOf(half)) {
-            if (ToOf(half) != to) continue;
-            std::uint8_t& state = state_[static_cast<std::size_t>(half)];
-            state = static_cast<std::uint8_t>((state & ~remove) | add);
+    void NumberSteps() {
+        struct LastStep {
+            std::int32_t From = None;
+            std::int32_t Step = None;
+        };
+        std::vector<LastStep> lastStepTo(firstOf_.size());
+        std::int32_t steps = 0;
+        for (std::int32_t from = 0; IsPlace(from); ++from) {
+            for (std::int32_t half = FirstOf(from); half != None; half = NextOf(half)) {
+                LastStep& last = lastStepTo[static_cast<std::size_t>(ToOf(half))];
+                if (last.From != from) last = {from, steps++};
+                stepOf_[static_cast<std::size_t>(half)] = last.Step;
+            }
         }
+        states_.assign(static_cast<std::size_t>(steps), Free);
+    }
+
+    std::size_t StepOf(std::int32_t half) const {
+        return static_cast<std::size_t>(stepOf_[static_cast<std::size_t>(half)]);
+    }
+
+    void Change(std::int32_t half, std::uint8_t remove, std::uint8_t add) {
+        std::uint8_t& state = states_[StepOf(half)];
+        state = static_cast<std::uint8_t>((state & ~remove) | add);
     }
 
     const std::vector<TaxiPath>& paths_;
     std::vector<std::int32_t> firstOf_;
     std::vector<std::int32_t> nextOf_;
-    std::vector<std::uint8_t> state_;
+    std::vector<std::int32_t> stepOf_;
+    std::vector<std::uint8_t> states_;  ///< of the steps
 };
 
 /// Where the walk goes from a point: a half link, or None at a dead end.
@@ -122,15 +143,14 @@ std::vector<TaxiPath> FindTaxiRoute(const Station& station, std::int32_t start, 
         const std::int32_t step = BestStep(links, current, onRunway, end, toTarget);
         if (step != None) {
             walk.push_back(step);
-            links.Walk(current, links.ToOf(step));
+            links.Walk(step);
             current = links.ToOf(step);
         } else if (walk.empty()) {
             return {};
         } else {
-            const std::int32_t from = links.FromOf(walk.back());
-            links.WalkBack(from, current);
+            links.WalkBack(walk.back());
+            current = links.FromOf(walk.back());
             walk.pop_back();
-            current = from;
         }
     } while (walk.empty() || current != end);
     return ToLinks(links, walk);

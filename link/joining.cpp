@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view SelectConnectionFirst = "Please Select one Type of Connection";
 constexpr std::string_view UserCanceled = "User Canceled Connection.";
+constexpr std::string_view EnumerationFailed = "Error in enumeration functions.";
 constexpr std::string_view SelectSessionFirst = "Please select a FS Multiplayer Session.";
 constexpr std::string_view WriteNicknameFirst = "Please write a nickname.";
 constexpr std::string_view FailedToJoin = "Failed to Join Game.";
@@ -100,12 +101,22 @@ void Joining::Search() {
         desk_.ShowBox(BoxIcon::Information, UserCanceled);
         return TearDown();
     }
+    try {
+        ListSessions();
+    } catch (const std::exception& error) {
+        notices_.push_back(error.what());
+        desk_.ShowBox(BoxIcon::Exclamation, EnumerationFailed);
+        return TearDown();
+    }
+    if (form_.List2.empty()) return TearDown();
+    Show(JoiningStatus::Done);
+}
+
+void Joining::ListSessions() {
     for (const SessionRecord& session : objects_.DpSessions) {
         form_.List2.push_back(
             fmt::format("{} ({}/{})", session.SessionName, session.CurrentPlayers, session.MaxPlayers));
     }
-    if (form_.List2.empty()) return TearDown();
-    Show(JoiningStatus::Done);
 }
 
 // ---- Entering it

@@ -80,6 +80,7 @@ class Joining {
   private:
     void Show(std::string_view status);
     void TearDown();
+    void ListSessions();
     void FailJoin(std::string_view text, const std::string& why);
     void LeaveSession();
     void RequestToJoin();

@@ -118,8 +118,9 @@ Next OnChat(PumpContext& pump, Incoming& incoming) {
     const std::string text = ReadChat(incoming.Message, incoming.Header.PayloadSize);
     Station& station = pump.TheStation;
     if (station.PlayerCount() == 0) return Next::Message;
-    std::int32_t place =
-        pump.Directory.FirstNameMatch(station, pump.Dp.GetPlayerFriendlyName(incoming.Sender));
+    const std::string name = pump.Dp.GetPlayerFriendlyName(incoming.Sender);
+    if (pump.Heard) pump.Heard(name, text);
+    std::int32_t place = pump.Directory.FirstNameMatch(station, name);
     for (; place != PlayerDirectory::None; place = pump.Directory.NextNameMatch(place)) {
         ApplyChatReply(station, station.Players[place], text);
     }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "link/operator_desk.h"
 #include "link/player_directory.h"
@@ -18,6 +19,9 @@ struct PumpContext {
     PlayerDirectory& Directory;
     OperatorDesk& Desk;
     std::function<void()> CloseStation;  ///< the Close the ATC Station action; Dp is gone when it returns
+
+    /// Hears each text that somebody says in the chat, before it is applied. May be missing.
+    std::function<void(std::string_view name, std::string_view text)> Heard = {};
 };
 
 /// The body of Connection_Timer, one pass: fetches the messages that wait as it begins, and handles each.

@@ -89,7 +89,7 @@ void StationWindow::Unload() {
 
 std::optional<std::string> StationWindow::RunConnectionTimer() {
     if (!objects_.Dp) return "there is no session";
-    PumpContext pump{station_, *objects_.Dp, directory_, desk_, [this] { Close(); }};
+    PumpContext pump{station_, *objects_.Dp, directory_, desk_, [this] { Close(); }, events_.Heard};
     return MessagePump(pump);
 }
 

@@ -40,6 +40,9 @@ struct StationWindowEvents {
 
     /// A text went out on a frequency (empty: to those on none), once for the whole audience.
     std::function<void(std::string_view frequency, std::string_view text)> Transmitted;
+
+    /// Somebody said a text in the chat, while there was a pilot to serve at all.
+    std::function<void(std::string_view name, std::string_view text)> Heard = {};
 };
 
 /// A running station and its operator's console, without widgets: loads, starts, stops and closes, and owns

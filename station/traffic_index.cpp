@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 #include "station/model.h"
@@ -21,7 +22,11 @@ constexpr double NearChord = 4.5 * Pi / 10800 * (1 + 1e-6);
 // the last bit: their distance is then 0.
 constexpr double OppositeChord = 1e-6;
 
-constexpr double CellSize = 2 * NearChord;  // so that a search spans at most two cells in each direction
+// What the coordinates of an entry lose, and more.
+constexpr double EntryError = 1e-6;
+
+constexpr double CellSize = 2 * NearChord;        // so that a search spans two cells in each direction
+constexpr std::size_t MostCells = 3 * 3 * 3 * 2;  // or three, by rounding
 
 // Beyond any position that the session's messages can carry.
 constexpr double ReasonableDegrees = 1e5;
@@ -32,7 +37,23 @@ std::uint64_t CellAlong(double coordinate) {
     return static_cast<std::uint64_t>(std::floor((coordinate + 2) / CellSize));
 }
 
-std::uint64_t CellOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) { return (x << 40) | (y << 20) | z; }
+/// Twice the height of what is near: a search spans at most two layers.
+std::uint64_t LayerAt(std::int64_t altitude) {
+    constexpr std::int64_t Lowest = std::numeric_limits<std::int32_t>::min() - TrafficIndex::NearFeet;
+    return static_cast<std::uint64_t>((altitude - Lowest) / (2 * TrafficIndex::NearFeet));
+}
+
+std::uint64_t CellOf(std::uint64_t x, std::uint64_t y, std::uint64_t z, std::uint64_t layer) {
+    return (layer << 36) | (x << 24) | (y << 12) | z;
+}
+
+std::uint64_t CellOf(const SpherePoint& point, std::int32_t altitude) {
+    return CellOf(CellAlong(point.X), CellAlong(point.Y), CellAlong(point.Z), LayerAt(altitude));
+}
+
+bool IsNearInHeight(std::int32_t altitude, std::int32_t other) {
+    return std::abs(std::int64_t{altitude} - other) < TrafficIndex::NearFeet;
+}
 
 }  // namespace
 
@@ -57,47 +78,63 @@ std::size_t TrafficIndex::BucketOf(std::uint64_t cell) const {
 /// A counting sort by bucket.
 void TrafficIndex::Build(std::span<const PlayerRecord> players) {
     players_ = players.size();
+    buckets_.reserve(MostCells);  // so that no search takes memory, wherever they fly
+    found_.reserve(players.size());
     sorted_ = std::all_of(players.begin(), players.end(), [](const PlayerRecord& player) {
         return IsReasonable(player.Latitude) && IsReasonable(player.Longitude);
     });
     if (!sorted_) return;
 
     bucketBits_ = std::max(1, static_cast<int>(std::bit_width(players.size())));
-    bucketEnds_.assign((std::size_t{1} << bucketBits_) + 1, 0);
+    bucketBegins_.assign((std::size_t{1} << bucketBits_) + 2, 0);  // shifted by one until all are placed
     unsorted_.resize(players.size());
+    cells_.resize(players.size());
     for (std::size_t i = 0; i < players.size(); ++i) {
-        const SpherePoint point = PointOnSphere(players[i].Latitude, players[i].Longitude);
-        const auto cell = CellOf(CellAlong(point.X), CellAlong(point.Y), CellAlong(point.Z));
-        unsorted_[i] = {point, cell, players[i].Altitude, static_cast<std::int32_t>(i)};
-        ++bucketEnds_[BucketOf(cell) + 1];
+        const PlayerRecord& player = players[i];
+        const SpherePoint point = PointOnSphere(player.Latitude, player.Longitude);
+        cells_[i] = CellOf(point, player.Altitude);
+        unsorted_[i] = {static_cast<float>(point.X), static_cast<float>(point.Y), static_cast<float>(point.Z),
+                        player.Altitude, static_cast<std::int32_t>(i)};
+        ++bucketBegins_[BucketOf(cells_[i]) + 2];
     }
-    std::partial_sum(bucketEnds_.begin(), bucketEnds_.end(), bucketEnds_.begin());
-    entries_.resize(players.size());
-    for (const Entry& entry : unsorted_) entries_[bucketEnds_[BucketOf(entry.Cell)]++] = entry;
-}
-
-void TrafficIndex::CollectCell(std::uint64_t cell, const SpherePoint& centre, double squaredReach,
-                               std::int32_t altitude) {
-    const std::size_t bucket = BucketOf(cell);
-    const std::size_t begin = bucket == 0 ? 0 : bucketEnds_[bucket - 1];
-    for (std::size_t i = begin; i < bucketEnds_[bucket]; ++i) {
-        const Entry& entry = entries_[i];
-        if (entry.Cell != cell) continue;  // another cell that shares the bucket
-        if (std::abs(std::int64_t{entry.Altitude} - altitude) >= NearFeet) continue;
-        if (SquaredChord(entry.Point, centre) <= squaredReach) found_.push_back(entry.Place);
+    std::partial_sum(bucketBegins_.begin(), bucketBegins_.end(), bucketBegins_.begin());
+    entries_.resize(players.size() + 1);  // one behind the last, for the empty buckets at the end
+    for (std::size_t i = 0; i < players.size(); ++i) {
+        entries_[bucketBegins_[BucketOf(cells_[i]) + 1]++] = unsorted_[i];
     }
 }
 
+/// Near places lie far apart in memory, so all of them are fetched before the first is looked at.
 void TrafficIndex::Collect(const SpherePoint& centre, double reach, std::int32_t altitude) {
     const std::uint64_t lastX = CellAlong(centre.X + reach);
     const std::uint64_t lastY = CellAlong(centre.Y + reach);
     const std::uint64_t lastZ = CellAlong(centre.Z + reach);
+    const std::uint64_t lastLayer = LayerAt(altitude + (NearFeet - 1));
+    buckets_.clear();
     for (std::uint64_t x = CellAlong(centre.X - reach); x <= lastX; ++x) {
         for (std::uint64_t y = CellAlong(centre.Y - reach); y <= lastY; ++y) {
             for (std::uint64_t z = CellAlong(centre.Z - reach); z <= lastZ; ++z) {
-                CollectCell(CellOf(x, y, z), centre, reach * reach, altitude);
+                for (std::uint64_t layer = LayerAt(altitude - (NearFeet - 1)); layer <= lastLayer; ++layer) {
+                    buckets_.push_back(BucketOf(CellOf(x, y, z, layer)));
+                    __builtin_prefetch(&bucketBegins_[buckets_.back()]);
+                }
             }
         }
+    }
+    std::sort(buckets_.begin(), buckets_.end());
+    buckets_.erase(std::unique(buckets_.begin(), buckets_.end()), buckets_.end());  // cells may share one
+    for (const std::size_t bucket : buckets_) __builtin_prefetch(&entries_[bucketBegins_[bucket]]);
+    const double squaredReach = (reach + EntryError) * (reach + EntryError);
+    for (const std::size_t bucket : buckets_) CollectBucket(bucket, centre, squaredReach, altitude);
+}
+
+/// Entries of other cells that share the bucket are looked at too.
+void TrafficIndex::CollectBucket(std::size_t bucket, const SpherePoint& centre, double squaredReach,
+                                 std::int32_t altitude) {
+    for (std::size_t i = bucketBegins_[bucket]; i < bucketBegins_[bucket + 1]; ++i) {
+        const Entry& entry = entries_[i];
+        if (!IsNearInHeight(entry.Altitude, altitude)) continue;
+        if (SquaredChord({entry.X, entry.Y, entry.Z}, centre) <= squaredReach) found_.push_back(entry.Place);
     }
 }
 
@@ -105,19 +142,25 @@ std::span<const std::int32_t> TrafficIndex::Near(std::span<const PlayerRecord> p
                                                  const PlayerRecord& pilot, std::uint64_t tick) {
     if (tick_ != tick || players_ != players.size()) Build(players);
     tick_ = tick;
-    if (!sorted_ || !IsReasonable(pilot.Latitude) || !IsReasonable(pilot.Longitude))
-        return Everybody(players);
+    if (!sorted_ || !IsReasonable(pilot.Latitude) || !IsReasonable(pilot.Longitude)) {
+        return NearInHeight(players, pilot);
+    }
     found_.clear();
     const SpherePoint point = PointOnSphere(pilot.Latitude, pilot.Longitude);
     Collect(point, NearChord, pilot.Altitude);
     Collect({-point.X, -point.Y, -point.Z}, OppositeChord, pilot.Altitude);
     std::sort(found_.begin(), found_.end());
+    for (const std::int32_t place : found_) __builtin_prefetch(&players[static_cast<std::size_t>(place)]);
     return found_;
 }
 
-std::span<const std::int32_t> TrafficIndex::Everybody(std::span<const PlayerRecord> players) {
-    found_.resize(players.size());
-    std::iota(found_.begin(), found_.end(), 0);
+std::span<const std::int32_t> TrafficIndex::NearInHeight(std::span<const PlayerRecord> players,
+                                                         const PlayerRecord& pilot) {
+    found_.clear();
+    for (std::size_t i = 0; i < players.size(); ++i) {
+        if (IsNearInHeight(players[i].Altitude, pilot.Altitude))
+            found_.push_back(static_cast<std::int32_t>(i));
+    }
     return found_;
 }
 

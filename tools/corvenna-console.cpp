@@ -8,8 +8,11 @@
 #include "practice/practice_folder.h"
 #include "station/code_page.h"
 #include "tools/console/data_folder.h"
+#include "tools/console/join_program.h"
 #include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
+#include "tools/console/session_name.h"
+#include "world/airport_check.h"
 
 namespace {
 
@@ -20,9 +23,13 @@ constexpr const char* Examples = R"(Examples:
   corvenna-console --airport LOWI --pilots 6    Innsbruck with six practice pilots
   corvenna-console --minutes 1 < /dev/null      a minute of radio traffic, nobody at the keyboard
   corvenna-console --list-airports              what can be controlled
+  corvenna-console --search                     sessions on the local network
+  corvenna-console --join 192.168.1.5 --airport LOWI --callsign Innsbruck
+                                                serves the pilots of a real session
 
-While it runs you are a pilot too: answer the welcome with the airport's code and the digit ("KSEA,1"),
-every later menu with its digit, and "R" to hear the last text again.)";
+In a practice you are a pilot too: answer the welcome with the airport's code and the digit ("KSEA,1"),
+every later menu with its digit, and "R" to hear the last text again. In a session that was joined you are
+the operator: type "stop" and "start" for the monitoring of traffic, "close" to leave.)";
 
 struct Options {
     std::string Airport = "KSEA";
@@ -31,6 +38,9 @@ struct Options {
     std::optional<double> Minutes;
     std::optional<std::string> App;
     std::optional<std::string> Data;
+    std::optional<std::string> JoinHost;
+    std::optional<std::string> SearchHost;
+    std::string Session;
     int Pilots = 4;
     int Speed = 1;
     bool ListAirports = false;
@@ -40,25 +50,54 @@ struct Options {
 void AddOptions(CLI::App& app, Options& options) {
     app.add_option("--airport", options.Airport, "Code or label of the airport to control")
         ->capture_default_str();
-    app.add_option("--minutes", options.Minutes, "Leave after so many minutes by your clock")
-        ->check(CLI::Range(0.0, 100000.0));
-    app.add_option("--pilots", options.Pilots, "Number of practice pilots")
-        ->check(CLI::Range(0, 100))
-        ->capture_default_str();
-    app.add_option("--speed", options.Speed, "How many times faster time runs, for everybody")
-        ->check(CLI::Range(1, 60))
-        ->capture_default_str();
     app.add_option("--callsign", options.Callsign, "The controller's name in the session")
         ->default_str("CODE_Controller");
-    app.add_option("--pilot", options.Person, "Your own callsign")
-        ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
-        ->capture_default_str();
+    app.add_option("--minutes", options.Minutes, "Leave after so many minutes by your clock")
+        ->check(CLI::Range(0.0, 100000.0));
     app.add_option("--app", options.App,
                    "Folder of the airport database; one for practice is made in a folder without any")
         ->default_str("corvenna in the user's cache");
     app.add_option("--data", options.Data, "Folder of the data files");
-    app.add_flag("--list-airports", options.ListAirports, "List the airports, and end");
     app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
+
+    const auto practice = "A practice within this program";
+    auto* const pilots = app.add_option("--pilots", options.Pilots, "Number of practice pilots")
+                             ->check(CLI::Range(0, 100))
+                             ->capture_default_str()
+                             ->group(practice);
+    auto* const speed =
+        app.add_option("--speed", options.Speed, "How many times faster time runs, for everybody")
+            ->check(CLI::Range(1, 60))
+            ->capture_default_str()
+            ->group(practice);
+    auto* const person =
+        app.add_option("--pilot", options.Person, "Your own callsign")
+            ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
+            ->capture_default_str()
+            ->group(practice);
+
+    const auto network = "A session on the network";
+    auto* const join =
+        app.add_option("--join", options.JoinHost,
+                       "Join the session at this host: name or address, with or without \":port\"; "
+                       "\"\" looks for it on the local network")
+            ->type_name("HOST")
+            ->group(network)
+            ->excludes(pilots, speed, person);
+    app.add_option("--session", options.Session, "The session's name, where several are found")
+        ->needs(join)
+        ->group(network);
+
+    const auto lists = "Lists";
+    auto* const search = app.add_option("--search", options.SearchHost,
+                                        "List the sessions at a host, or on the local network, and end")
+                             ->type_name("[HOST]")
+                             ->expected(0, 1)
+                             ->group(lists)
+                             ->excludes(join);
+    app.add_flag("--list-airports", options.ListAirports, "List the airports, and end")
+        ->group(lists)
+        ->excludes(join, search);
     app.footer(Examples);
 }
 
@@ -67,22 +106,49 @@ void ListAirports(const std::filesystem::path& appFolder) {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
+/// What a controller or a pilot will stumble over there, in one line.
+void TellFindings(const Station& station) {
+    const std::string findings = FindingsInOneLine(CheckAirport(station));
+    if (findings.empty()) return;
+    std::cerr << CodePageToUtf8(
+        fmt::format("{} ({}): {}\n", station.AirportName, station.AirportCode, findings));
+}
+
+/// By the program's own time.
+std::optional<std::chrono::milliseconds> Length(const Options& options) {
+    if (!options.Minutes) return std::nullopt;
+    return std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
+}
+
+void Practise(Station station, const Options& options, PosixTerminal& keyboard, RadioPrinter& printer) {
+    FasterTerminal terminal(keyboard, options.Speed);
+    PracticeConsole practice(std::move(station),
+                             {.Controller = NameInSession(options.Callsign, "the controller's name"),
+                              .Person = NameInSession(options.Person, "your callsign"),
+                              .Pilots = options.Pilots},
+                             printer);
+    RunConsole(practice, terminal, Length(options));
+}
+
 void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
+    TellFindings(station);
 
     PosixTerminal keyboard;
-    FasterTerminal terminal(keyboard, options.Speed);
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
-    PracticeConsole practice(std::move(station),
-                             {.Controller = Utf8ToCodePage(options.Callsign),
-                              .Person = Utf8ToCodePage(options.Person),
-                              .Pilots = options.Pilots},
-                             printer);
-    std::optional<std::chrono::milliseconds> length;
-    if (options.Minutes)
-        length = std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
-    RunPractice(practice, terminal, length);
+    if (options.JoinHost) {
+        RunJoin(std::move(station), {*options.JoinHost, options.Session, options.Callsign, Length(options)},
+                {}, keyboard, printer);
+    } else {
+        Practise(std::move(station), options, keyboard, printer);
+    }
+}
+
+void Search(const std::string& host) {
+    PosixTerminal keyboard;
+    RunSearch(host, {}, keyboard, std::cout);
+    if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
 int Fail(std::string_view words) {
@@ -94,10 +160,14 @@ int Fail(std::string_view words) {
 
 int main(int argc, char** argv) {
     Options options;
-    CLI::App app("An automatic air traffic controller in a practice session within this program.");
+    CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
     AddOptions(app, options);
     try {
         app.parse(argc, argv);
+        if (options.SearchHost) {
+            Search(*options.SearchHost);
+            return 0;
+        }
         const auto data = FindDataFolder(options.Data, ProgramFolder());
         const std::filesystem::path appFolder =
             options.App ? std::filesystem::path(*options.App) : CacheFolder() / "corvenna";

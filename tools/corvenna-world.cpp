@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <iostream>
@@ -164,6 +165,15 @@ void Walk(const std::string& file, std::int64_t offset, const std::string& name)
     }
 }
 
+/// The library would read 010 as octal and 0x10 too.
+std::int64_t DecimalOffset(const std::string& text) {
+    std::int64_t offset = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), offset);
+    if (failure != std::errc{} || end != text.data() + text.size())
+        throw CLI::ConversionError(text, "OFFSET");
+    return offset;
+}
+
 int Run(int argc, char** argv) {
     CLI::App app("Scenery and airport database files of Corvenna.");
     app.require_subcommand(1);
@@ -199,23 +209,26 @@ int Run(int argc, char** argv) {
     draw->add_option("FILE", file, "The SVG file to write")->required();
     draw->callback([&] { Draw(appFolder, label, file); });
 
-    std::int64_t offset = 0;
+    std::string offset;
     CLI::App* const walk = app.add_subcommand("walk", "Log the opcodes of the objects in a BGL file");
     walk->add_option("FILE", file, "The BGL file")->required();
     walk->add_option("OFFSET", offset, "Where the object list begins, decimal")->required();
     walk->add_option("NAME", name, "The file's name in the log")->required();
-    walk->callback([&] { Walk(file, offset, name); });
+    walk->callback([&] { Walk(file, DecimalOffset(offset), name); });
 
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : ExitWrongCommandLine;
+        fmt::print(stderr, "corvenna-world: {}\n", error.what());
+        return ExitWrongCommandLine;
     } catch (const Failed&) {
         std::cout.flush();
         return ExitFailed;
     }
-    std::cout.flush();
-    return std::cout ? 0 : ExitFailed;
+    if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
+    return 0;
 }
 
 }  // namespace

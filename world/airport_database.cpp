@@ -16,28 +16,31 @@ std::string PathOf(std::string_view appFolder, std::string_view name) {
     return found ? found->string() : path;
 }
 
+}  // namespace
+
+ConfigRecord ReadConfig(std::string_view appFolder) {
+    const std::string path = PathOf(appFolder, ConfigName);
+    try {
+        return ConfigFromBytes(ReadWholeFile(path));
+    } catch (const DamagedData& damage) {
+        throw FileError(path, damage.what());
+    }
+}
+
+ConfigRecord ConfigFromBytes(std::string_view content) {
+    ConfigRecord config;
+    RecordReader reader(content, 0);
+    reader.Text(config.SimFolder);
+    reader.Number(config.AirportCount);
+    return config;
+}
+
 std::string ConfigBytes(const ConfigRecord& config) {
     std::string bytes;
     RecordWriter writer(bytes);
     writer.Text(config.SimFolder);
     writer.Number(config.AirportCount);
     return bytes;
-}
-
-}  // namespace
-
-ConfigRecord ReadConfig(std::string_view appFolder) {
-    const std::string path = PathOf(appFolder, ConfigName);
-    const std::string bytes = ReadWholeFile(path);
-    try {
-        ConfigRecord config;
-        RecordReader reader(bytes, 0);
-        reader.Text(config.SimFolder);
-        reader.Number(config.AirportCount);
-        return config;
-    } catch (const DamagedData& damage) {
-        throw FileError(path, damage.what());
-    }
 }
 
 void WriteConfig(std::string_view appFolder, const ConfigRecord& config) {
@@ -58,7 +61,10 @@ AirportList ReadAirports(std::string_view appFolder, std::int32_t airportCount) 
 }
 
 void WriteAirports(std::string_view appFolder, const AirportList& airports) {
-    ReplaceFile(PathOf(appFolder, AirportsName), {airports.Bytes(), AirportList::SpareRecord()});
+    const std::string spare = AirportList::SpareRecord();
+    std::vector<std::string_view> pieces = airports.Pieces();
+    pieces.push_back(spare);
+    ReplaceFile(PathOf(appFolder, AirportsName), pieces);
 }
 
 AirportList ReadDatabase(std::string_view appFolder) {

@@ -6,8 +6,8 @@
 #include "world/airport_list.h"
 
 /// The two files of the airport database in the folder the program was started in. A scan makes both;
-/// they belong together, and neither has a header or a checksum. All failures are FileErrors that name the
-/// file, the place and what was expected. Any thread.
+/// they belong together, and neither has a header or a checksum. All failures of reading and
+/// writing are FileErrors that name the file, the place and what was expected. Any thread.
 namespace corvenna {
 
 inline constexpr std::string_view ConfigName = "Corvenna.cfg";
@@ -16,6 +16,12 @@ inline constexpr std::string_view TerrainName = "world_terrain.db";
 
 /// Reads Corvenna.cfg.
 ConfigRecord ReadConfig(std::string_view appFolder);
+
+/// The record in the content of Corvenna.cfg, what follows it ignored; DamagedData when it is not whole.
+ConfigRecord ConfigFromBytes(std::string_view content);
+
+/// A record as it stands on disk. Throws std::length_error for a folder of more than 65535 bytes.
+std::string ConfigBytes(const ConfigRecord& config);
 
 /// Writes Corvenna.cfg from its first byte. What an earlier, longer one holds beyond that stays.
 void WriteConfig(std::string_view appFolder, const ConfigRecord& config);

@@ -7,6 +7,7 @@
 #include <map>
 #include <numbers>
 
+#include "station/text.h"
 #include "world/diagram_layout.h"
 #include "world/svg_canvas.h"
 
@@ -160,15 +161,16 @@ class MapDrawing {
         for (const DiagramSpot& spot : layout_.Spots) LetterSpot(spot);
     }
 
-    double SmallestLetters() const { return side_ / 220; }
+    double SmallestLetters() const { return side_ / 200; }
 
-    /// For the name inside the circle, as far as the next spot does not cover it.
+    /// For what tells the spot from others, inside the circle as far as the next spot does not cover it. The
+    /// rest of its name and the radius stand above and below in smaller letters.
     double InsideLetterSize(const DiagramSpot& spot) const {
-        const std::size_t letters = std::max<std::size_t>(spot.Name.size(), 5);
-        const double fitting =
-            std::min(spot.Room, spot.Radius) * 1.8 / (TextWidth("x", 1) * static_cast<double>(letters));
-        return std::min({fitting, spot.Radius * 0.5, side_ / 70});
+        const double width = std::max(TextWidth(SpotNumber(spot.Name), 1), TextWidth("A 1", 1));
+        return std::min({RoomInside(spot) * 1.5 / width, spot.Radius * 0.5, side_ / 80});
     }
+
+    static double RoomInside(const DiagramSpot& spot) { return std::min(spot.Room, spot.Radius); }
 
     /// For one line below or above the circle, as wide as the way to the next spot allows.
     double OutsideLetterSize(const DiagramSpot& spot) const {
@@ -190,9 +192,16 @@ class MapDrawing {
     }
 
     void LetterInside(const DiagramSpot& spot, double size) {
-        canvas_.Text(spot.Centre - DrawingPoint{0, size * 0.6}, spot.Name, {.Size = size, .Bold = true});
-        canvas_.Text(spot.Centre + DrawingPoint{0, size * 0.6}, fmt::format("{:.0f} ft", spot.Radius),
-                     {.Size = size * 0.9, .Color = SpotEdge});
+        const std::string_view number = SpotNumber(spot.Name);
+        const std::string_view kind =
+            Trim(std::string_view(spot.Name).substr(0, spot.Name.size() - number.size()));
+        canvas_.Text(spot.Centre, number, {.Size = size, .Bold = true});
+        const double small =
+            std::min(size * 0.65, RoomInside(spot) * 1.5 / TextWidth(kind.empty() ? "x" : kind, 1));
+        const DrawingPoint away{0, size * 0.85};
+        canvas_.Text(spot.Centre - away, kind, {.Size = small, .Color = SpotEdge});
+        canvas_.Text(spot.Centre + away, fmt::format("{:.0f} ft", spot.Radius),
+                     {.Size = small, .Color = SpotEdge});
     }
 
     /// Below the circle, or above it where something else is written below.
@@ -248,8 +257,7 @@ class MapDrawing {
     }
 
     bool IsCrowded(const Plate& plate) const {
-        return std::any_of(signs_.begin(), signs_.end(),
-                           [&](const Plate& sign) { return sign.Touches(plate); }) ||
+        return TouchesSign(plate) ||
                std::any_of(layout_.Spots.begin(), layout_.Spots.end(),
                            [&](const DiagramSpot& spot) {
                                return plate.Touches({spot.Centre, spot.Radius * 2, spot.Radius * 2});

@@ -15,6 +15,9 @@ constexpr std::size_t SmallestSpot = 23;
 constexpr std::size_t SmallestPath = 14;
 constexpr std::size_t TextLengthSize = 2;
 
+/// A piece that is as long as this gets no more records.
+constexpr std::size_t FullPiece = 1 << 20;
+
 // ---- Each kind of field, for the writer and the reader. VisitAirportFields puts them in order.
 
 constexpr auto TaxiPointFields = [](auto& d, auto& point) {
@@ -96,54 +99,68 @@ bool HasLabel(const AirportView& airport, std::string_view label) {
 }  // namespace
 
 AirportList AirportList::FromBytes(std::string bytes, std::int32_t count) {
-    AirportList list;
-    list.bytes_ = std::move(bytes);
-    const std::size_t room = list.bytes_.size() / SmallestRecord;
+    const std::size_t room = bytes.size() / SmallestRecord;
     if (count < 0 || static_cast<std::size_t>(count) >= room) {
         throw DamagedData(
             0, fmt::format("{} airports and a spare record expected, but {} bytes can't hold them", count,
-                           list.bytes_.size()));
+                           bytes.size()));
     }
+    AirportList list;
     list.starts_.reserve(static_cast<std::size_t>(count));
-    RecordReader reader(list.bytes_, 0);
+    RecordReader reader(bytes, 0);
     for (std::int32_t i = 0; i < count; ++i) {
-        list.starts_.push_back(reader.At());
+        list.starts_.push_back({.Piece = 0, .Offset = reader.At()});
         SkipRecord(reader);
     }
     const std::size_t end = reader.At();
     SkipRecord(reader);  // the spare one
-    list.bytes_.resize(end);
+    bytes.resize(end);
+    list.pieces_.push_back(std::move(bytes));
     return list;
 }
 
 void AirportList::Add(const Airport& airport) {
-    const std::size_t start = bytes_.size();
+    if (pieces_.empty() || pieces_.back().size() >= FullPiece) pieces_.emplace_back();
+    std::string& piece = pieces_.back();
+    const std::size_t start = piece.size();
     try {
-        RecordWriter writer(bytes_);
+        RecordWriter writer(piece);
         PassRecord(writer, airport);
-        starts_.push_back(start);
+        starts_.push_back({pieces_.size() - 1, start});
     } catch (...) {
-        bytes_.resize(start);
+        piece.resize(start);
         throw;
     }
 }
 
 void AirportList::Truncate(std::int32_t count) {
     if (count >= Count()) return;
-    bytes_.resize(starts_[static_cast<std::size_t>(count)]);
+    const Place end = starts_[static_cast<std::size_t>(count)];
     starts_.resize(static_cast<std::size_t>(count));
+    pieces_.resize(end.Piece + 1);
+    pieces_.back().resize(end.Offset);
 }
 
 AirportView AirportList::Fields(std::int32_t number) const {
-    RecordReader reader(bytes_, starts_[static_cast<std::size_t>(number)]);
+    const Place& start = starts_[static_cast<std::size_t>(number)];
+    RecordReader reader(pieces_[start.Piece], start.Offset);
     return ReadView(reader);
 }
 
 Airport AirportList::Record(std::int32_t number) const {
-    RecordReader reader(bytes_, starts_[static_cast<std::size_t>(number)]);
+    const Place& start = starts_[static_cast<std::size_t>(number)];
+    RecordReader reader(pieces_[start.Piece], start.Offset);
     Airport airport;
     PassRecord(reader, airport);
     return airport;
+}
+
+std::vector<std::string_view> AirportList::Pieces() const { return {pieces_.begin(), pieces_.end()}; }
+
+std::size_t AirportList::MemoryInUse() const {
+    std::size_t bytes = starts_.capacity() * sizeof(Place) + pieces_.capacity() * sizeof(std::string);
+    for (const std::string& piece : pieces_) bytes += piece.capacity();
+    return bytes;
 }
 
 std::int32_t AirportList::FindLast(std::string_view label) const {

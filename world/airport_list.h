@@ -37,18 +37,26 @@ class AirportList {
     /// The last airport of a label (AirportLabel), or -1.
     std::int32_t FindLast(std::string_view label) const;
 
-    /// All records as on disk, without the spare one.
-    std::string_view Bytes() const { return bytes_; }
+    /// All records as on disk, one piece behind the other, without the spare one. Valid until the list
+    /// changes.
+    std::vector<std::string_view> Pieces() const;
 
     /// The spare record, as on disk.
     static std::string SpareRecord();
 
     /// Bytes of memory in use.
-    std::size_t MemoryInUse() const { return bytes_.capacity() + starts_.capacity() * sizeof(starts_[0]); }
+    std::size_t MemoryInUse() const;
 
   private:
-    std::string bytes_;
-    std::vector<std::size_t> starts_;  // of each record in bytes_
+    struct Place {
+        std::size_t Piece;
+        std::size_t Offset;
+    };
+
+    /// Whole records each. A list of many pieces grows without moving what it has, so that no step of a scan
+    /// takes long.
+    std::vector<std::string> pieces_;
+    std::vector<Place> starts_;  // of each record
 };
 
 }  // namespace corvenna

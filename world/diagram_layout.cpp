@@ -199,6 +199,12 @@ DiagramLayout LayOut(const Airport& airport, std::optional<std::int16_t> variati
     return Layouter(airport, variation).Run();
 }
 
+std::string_view SpotNumber(std::string_view name) {
+    const std::size_t number = name.rfind(' ') + 1;  // 0 without a blank
+    const bool lettered = number >= 3 && name[number - 3] == ' ' && name[number - 2] != ' ';
+    return name.substr(lettered ? number - 2 : number);
+}
+
 std::string OppositeDesignator(std::string_view designator) {
     const int number = RunwayNumber(designator);
     if (number == 0) return {};

@@ -65,6 +65,9 @@ struct DiagramLayout {
 
 DiagramLayout LayOut(const Airport& airport, std::optional<std::int16_t> variation);
 
+/// What tells a parking spot from its neighbours: "A 12" of "GATE A 12", "3" of "NE PARKING 3".
+std::string_view SpotNumber(std::string_view name);
+
 /// The designator at the other end of a runway: 34R for 16L.
 std::string OppositeDesignator(std::string_view designator);
 

@@ -121,7 +121,7 @@ bool FlushToDisk(std::FILE* file) {
 #endif
 }
 
-bool WritePieces(std::FILE* file, std::initializer_list<std::string_view> pieces) {
+bool WritePieces(std::FILE* file, const std::vector<std::string_view>& pieces) {
     for (const std::string_view piece : pieces) {
         if (std::fwrite(piece.data(), 1, piece.size(), file) != piece.size()) return false;
     }
@@ -179,7 +179,7 @@ void ReadFileStart(const fs::path& file, std::size_t length, std::vector<std::ui
     AppendContent(file, opened.get(), length, into);
 }
 
-void ReplaceFile(std::string_view path, std::initializer_list<std::string_view> pieces) {
+void ReplaceFile(std::string_view path, const std::vector<std::string_view>& pieces) {
     const std::string fresh = std::string(path) + ".new";
     OpenedFile file(std::fopen(fresh.c_str(), "wb"));
     if (!file) throw FileError(path, "can't be written: " + LastError());

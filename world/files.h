@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,7 +33,7 @@ void ReadFileStart(const std::filesystem::path& file, std::size_t length, std::v
 
 /// Replaces a file by the pieces, one behind the other: whatever happens on the way, there is either the
 /// old file or the new one. The path is taken as it stands.
-void ReplaceFile(std::string_view path, std::initializer_list<std::string_view> pieces);
+void ReplaceFile(std::string_view path, const std::vector<std::string_view>& pieces);
 
 /// Deletes a file if it is there; a failure is ignored.
 void RemoveFile(std::string_view path);

@@ -21,14 +21,17 @@ std::vector<std::int16_t> ReadGrid(const ByteReader& reader, std::int64_t firstV
 }  // namespace
 
 void LoadMagVar(std::string_view path, Station& station) {
-    const std::string content = ReadWholeFile(path);
+    LoadMagVarBytes(ReadWholeFile(path), station, path);
+}
+
+void LoadMagVarBytes(std::string_view content, Station& station, std::string_view name) {
     const ByteReader reader({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
     try {
         const std::int32_t table = reader.ReadLong(facility::magdec::TableOffset);
         if (table < 1) return;
         station.MagVarGrid = ReadGrid(reader, std::int64_t{table} + facility::magdec::TableHead);
     } catch (const DamagedData& damage) {
-        throw FileError(path, damage.what());
+        throw FileError(name, damage.what());
     }
 }
 

@@ -10,6 +10,9 @@ namespace corvenna {
 /// grid as it is. Throws FileError when the file is missing or short; the grid is as before then.
 void LoadMagVar(std::string_view path, Station& station);
 
+/// The same from the file's content; `name` stands for the file in errors.
+void LoadMagVarBytes(std::string_view content, Station& station, std::string_view name);
+
 /// LoadMagVar from the place where the simulator keeps the file, scenery\magdec.bgl.
 void LoadMagVarOf(std::string_view simFolder, Station& station);
 

@@ -6,6 +6,7 @@
 
 #include "station/numbers.h"
 #include "world/byte_reader.h"
+#include "world/walk_meter.h"
 
 namespace corvenna {
 
@@ -128,7 +129,8 @@ class StreamReader {
 /// One walk over an object list.
 class ObjectWalk {
   public:
-    ObjectWalk(std::span<const std::uint8_t> buffer, std::string_view name) : reader_(buffer), name_(name) {}
+    ObjectWalk(std::span<const std::uint8_t> buffer, std::string_view name)
+        : reader_(buffer), name_(name), meter_(reader_.Size()) {}
 
     void WalkList(std::int64_t list, const std::function<void(const std::string&)>& takeLog) {
         for (std::int64_t entry = list; reader_.ReadByte(entry) == ListEntryMark; entry += ListEntryLength) {
@@ -144,6 +146,7 @@ class ObjectWalk {
             if (size == 0) throw DamagedData(object, "an object of 0 bytes");
             WalkStream(object, size - ObjectStream);
             takeLog(log_);
+            meter_.Walked(object, ObjectStream + size);  // the log of an empty one takes time and room too
             object += size;
         }
     }
@@ -176,6 +179,7 @@ class ObjectWalk {
 
     ByteReader reader_;
     std::string_view name_;
+    WalkMeter meter_;
     std::array<int, 256> fixedLengths_ = FixedLengths();
     std::string log_;
     std::uint8_t opcode_ = 0;  // kept from object to object

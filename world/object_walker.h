@@ -26,7 +26,7 @@ class OpcodeError : public std::runtime_error {
 /// of each object: the file's name, the object's offset, its opcodes. The bytes of an object are not
 /// understood; what is known is how long each opcode is. `buffer` holds the file and one byte more, `name`
 /// stands for it in the log. Throws OpcodeError at an unknown opcode, DamagedData where offsets lead out of
-/// the file or an object has no length. Any thread.
+/// the file, an object has no length, or the entries lead to the same objects again and again. Any thread.
 void WalkObjects(std::span<const std::uint8_t> buffer, std::int64_t listOffset, std::string_view name,
                  const std::function<void(const std::string& log)>& takeLog);
 

@@ -104,7 +104,7 @@ std::vector<SceneryArea> ParseSceneryText(std::string_view content) {
         const std::size_t start = text.find(headers[i], position);
         const std::size_t end = i + 1 < headers.size() ? text.find(headers[i + 1], position) : text.size();
         areas.push_back(ReadArea(end > start ? std::string_view(text).substr(start, end - start) : ""));
-        position = end > position ? end - 1 : position;
+        position = end > 0 ? end - 1 : 0;
     }
     return areas;
 }

@@ -7,28 +7,9 @@
 #include "world/airport.h"
 #include "world/byte_reader.h"
 #include "world/taxi_projection.h"
+#include "world/walk_meter.h"
 
 namespace corvenna {
-
-/// Counts the bytes that are walked in one file. Entries may point to the same data again and again, so a
-/// small file could keep the scan busy for ever and fill the memory; a file that has been walked through many
-/// times over is taken as damaged.
-class WalkMeter {
-  public:
-    explicit WalkMeter(std::int64_t fileSize) : left_(FreeBytes + WalksOfFile * fileSize) {}
-
-    /// Throws DamagedData when the walk has gone too far.
-    void Walked(std::int64_t offset, std::int64_t bytes) {
-        left_ -= bytes;
-        if (left_ < 0) throw DamagedData(offset, "the entries lead over the same data again and again");
-    }
-
-  private:
-    static constexpr std::int64_t FreeBytes = 1 << 20;
-    static constexpr std::int64_t WalksOfFile = 8;
-
-    std::int64_t left_;
-};
 
 /// What the taxi network hangs on, as the records of an airport so far have told it.
 struct TaxiContext {

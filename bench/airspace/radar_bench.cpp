@@ -57,11 +57,7 @@ class Sky {
         ComputeSectorCentres(S);
         for (int i = 0; i < Mountains; ++i) AddMountain(i);
         for (std::int64_t i = 0; i < pilots; ++i) AddPilot(i);
-        // Until nobody has anything new to hear.
-        for (int tick = 0; tick < 20 && (tick == 0 || Silence.Sent > 0); ++tick) {
-            Silence.Sent = 0;
-            AtcTimer(S, Fast, Silence);
-        }
+        for (int turns = 0; turns < 20; ++turns) ServeAll();  // until nobody has anything new to hear
     }
 
     Station S;
@@ -75,6 +71,21 @@ class Sky {
     /// As many on each square mile between two distances.
     GeoPoint Somewhere(double low, double high) {
         return ProjectNmExact(47, -122, Real(0, 360), std::sqrt(Real(low * low, high * high)));
+    }
+
+    /// A tick that is not sent: the first texts of a full session have a thousand million addressees.
+    void ServeAll() {
+        ++S.TicksBegun;
+        S.TickInProgress = true;
+        for (PlayerRecord& pilot : S.Players.Valid()) {
+            UpdatePilotGeometry(S, pilot);
+            for (const FrequencyService& service : Fast) {
+                if (service.Serve == nullptr || pilot.TunedFrequency != S.*service.Label) continue;
+                service.Serve(S, pilot);
+                break;
+            }
+        }
+        S.TickInProgress = false;
     }
 
     void AddMountain(int i) {
@@ -130,6 +141,7 @@ class Sky {
 
 void RunTicks(benchmark::State& state, std::span<const FrequencyService> services) {
     Sky sky(state.range(0));
+    AtcTimer(sky.S, services, sky.Silence);  // and those on no frequency read their menu
     sky.Silence.Sent = 0;
     for (auto _ : state) AtcTimer(sky.S, services, sky.Silence);
     const auto pilots = static_cast<double>(state.range(0));

@@ -4,13 +4,10 @@
 
 #include <random>
 
-#include "ground/plain_ground.h"
 #include "ground/taxi_network.h"
-#include "ground/traffic_picture.h"
-#include "practice/practice_airports.h"
-#include "practice/station_from_facts.h"
 #include "station/geometry.h"
 #include "station/phases.h"
+#include "support/practice_station.h"
 
 namespace corvenna {
 
@@ -27,30 +24,8 @@ GeoPoint SpotTarget(const ParkingSpot& spot) {
     return {spot.Name, std::string(TaxiTarget::Parking), spot.Latitude, spot.Longitude, 0};
 }
 
-void Count(const Station& station, TaxiRequest& request) {
-    Station scratch = station;
-    PlayerRecord pilot;
-    pilot.Latitude = request.Latitude;
-    pilot.Longitude = request.Longitude;
-    const PlainSearchCount count = PlainAssignTaxiRoute(scratch, pilot, request.Target);
-    request.Attempts = count.Attempts;
-    request.Links = count.Links;
-}
-
-}  // namespace
-
-Station Seattle() {
-    const auto airports = LoadPracticeAirports(CORVENNA_BENCH_DATA "/practice-airports.json");
-    Station station;
-    FillStation(station, FindPracticeAirport(airports, "KSEA"), airports,
-                std::vector<std::int16_t>(MagVarGridSize));
-    ComputeSectorCentres(station);
-    return station;
-}
-
-Station TwoThousandPoints() {
-    constexpr int Columns = 50;
-    constexpr int Rows = 40;
+/// A northward runway 12,000 ft long, and nothing yet to taxi over.
+Station MadeUpAirport() {
     Station station;
     station.AirportName = "Two Thousand";
     station.GroundFrequency = "121.9";
@@ -63,13 +38,27 @@ Station TwoThousandPoints() {
     station.RunwayWidth = 150;
     station.RunwayHeading = 360;
     ComputeSectorCentres(station);
-
-    std::mt19937_64 engine(2000);
-    const auto chance = [&](int percent) { return static_cast<int>(engine() % 100) < percent; };
-    const auto place = [&](int row, int column) { return row * Columns + column; };
     station.AirportTaxiPoints.clear();
     station.AirportTaxiPaths.clear();
     station.AirportParkingSpots.clear();
+    return station;
+}
+
+}  // namespace
+
+Station Seattle() {
+    Station station = PracticeStation(CORVENNA_BENCH_DATA, "KSEA");
+    ComputeSectorCentres(station);
+    return station;
+}
+
+Station TwoThousandPoints() {
+    constexpr int Columns = 50;
+    constexpr int Rows = 40;
+    Station station = MadeUpAirport();
+    std::mt19937_64 engine(2000);
+    const auto chance = [&](int percent) { return static_cast<int>(engine() % 100) < percent; };
+    const auto place = [&](int row, int column) { return row * Columns + column; };
     for (int i = 0; i < Rows * Columns; ++i) {
         station.AirportTaxiPoints.push_back({1, station.RunwayLatitude + i / Columns * Step,
                                              station.RunwayLongitude + i % Columns * Step * 1.5});
@@ -102,6 +91,20 @@ Station TwoThousandPoints() {
     return station;
 }
 
+Station StarOfTwoThousand() {
+    constexpr int Points = 2000;
+    Station station = MadeUpAirport();
+    for (int i = 0; i < Points; ++i) {
+        station.AirportTaxiPoints.push_back(
+            {1, station.RunwayLatitude, station.RunwayLongitude + i * Step / 50});
+        if (i > 0 && i + 1 < Points) station.AirportTaxiPaths.push_back({TaxiPath::Taxiway, 0, i, "A"});
+    }
+    const TaxiPoint& last = station.AirportTaxiPoints.back();
+    station.AirportParkingSpots.push_back({"GATE 1", 40, last.Latitude + Step, last.Longitude, 0});
+    station.AirportTaxiPaths.push_back({TaxiPath::ParkingTie, Points - 1, 0, ""});
+    return station;
+}
+
 std::vector<TaxiRequest> AllRequests(const Station& station, std::size_t spots) {
     std::vector<TaxiRequest> requests;
     for (std::size_t i = 0; i < std::min(spots, station.AirportParkingSpots.size()); ++i) {
@@ -112,8 +115,14 @@ std::vector<TaxiRequest> AllRequests(const Station& station, std::size_t spots) 
                             .Longitude = station.RunwayLongitude,
                             .Target = SpotTarget(spot)});
     }
-    for (TaxiRequest& request : requests) Count(station, request);
     return requests;
+}
+
+TaxiRequest UnreachableRequest(const Station& station) {
+    const TaxiPoint& from = station.AirportTaxiPoints.front();
+    return {.Latitude = from.Latitude,
+            .Longitude = from.Longitude,
+            .Target = SpotTarget(station.AirportParkingSpots.back())};
 }
 
 void AddTaxiingPilots(Station& station, int pilots, int links) {

@@ -16,17 +16,22 @@ Station Seattle();
 /// own, the last one.
 Station TwoThousandPoints();
 
+/// A point from which 1,998 taxiways lead, all blind, and one more point that none of them leads to, with the
+/// airport's only spot.
+Station StarOfTwoThousand();
+
 /// One pilot's wish to taxi.
 struct TaxiRequest {
     double Latitude = 0;  ///< of the pilot
     double Longitude = 0;
     GeoPoint Target;
-    int Attempts = 0;  ///< what the plain search needs
-    int Links = 0;
 };
 
 /// Each spot to the runway and the runway to each spot, in this order of the spots, at most so many spots.
 std::vector<TaxiRequest> AllRequests(const Station& station, std::size_t spots);
+
+/// From the first point of the airport to the last one, which has a spot of its own and no path.
+TaxiRequest UnreachableRequest(const Station& station);
 
 /// Pilots on Ground, each at the beginning of a route of so many links over the airport's network.
 void AddTaxiingPilots(Station& station, int pilots, int links);

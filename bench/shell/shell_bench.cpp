@@ -5,12 +5,16 @@
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <filesystem>
+#include <fstream>
+#include <random>
 
-#include "bench/world/made_up_world.h"
+#include "practice/made_up_airports.h"
+#include "practice/world_writer.h"
 #include "shell/airport_box.h"
 #include "shell/form2.h"
 #include "world/airport_database.h"
-#include "world/magnetic_table.h"
+#include "world/scenery_scan.h"
 
 namespace corvenna {
 namespace {
@@ -25,18 +29,42 @@ std::vector<std::string> Labels(int count) {
     return labels;
 }
 
+/// A simulator's folder of made-up airports and their database, gone when the program ends.
+class ScannedWorld {
+  public:
+    explicit ScannedWorld(int airports)
+        : folder_(std::filesystem::temp_directory_path() /
+                  fmt::format("corvenna-bench-{}", std::random_device{}())) {
+        const std::vector<std::int16_t> noVariation(MagVarGridSize);
+        std::filesystem::create_directories(AppFolder());
+        WritePracticeWorld(SimFolder(), {}, MakeUpAirports(airports, 2002, noVariation), noVariation);
+        std::ofstream(folder_ / "app" / TerrainName) << "47 -122 1000\n";
+        BeginDatabase(SimFolder(), AppFolder());
+        Station station;
+        ScanObserver nobody;
+        SceneryScan scan(station, SimFolder(), nobody);
+        while (scan.Tick()) {
+        }
+        FinishDatabase(scan, SimFolder(), AppFolder());
+    }
+    ~ScannedWorld() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+    ScannedWorld(const ScannedWorld&) = delete;
+    ScannedWorld& operator=(const ScannedWorld&) = delete;
+
+    std::string SimFolder() const { return (folder_ / "sim").string(); }
+    std::string AppFolder() const { return (folder_ / "app").string(); }
+
+  private:
+    std::filesystem::path folder_;
+};
+
 /// From the end of the splash to a list that can be used.
 void OpenTheAirportWindow(benchmark::State& state) {
-    static const MadeUpWorld world(ListedAirports);
+    static const ScannedWorld world(ListedAirports);
     Station station;
-    BeginDatabase(world.SimFolder(), world.AppFolder());
-    LoadMagVarOf(world.SimFolder(), station);
-    ScanObserver nobody;
-    SceneryScan scan(station, world.SimFolder(), nobody);
-    while (scan.Tick()) {
-    }
-    FinishDatabase(scan, world.SimFolder(), world.AppFolder());
-
     for (auto _ : state) {
         HandlerGate gate;
         ProgramFields program{

@@ -249,14 +249,14 @@ std::optional<Endpoint> DirectPlaySession::Resolve(const std::string& host) {
 
 void DirectPlaySession::ExplainSilence(const SessionSearch::Wanted& wanted,
                                        const std::string& streamTrouble) {
-    const std::string where = wanted.Stream ? EndpointText(*wanted.Stream) : "the local network";
-    std::string line = fmt::format("no session answered at {}", where);
+    const std::string where = wanted.Stream ? "at " + EndpointText(*wanted.Stream) : "on the local network";
+    std::string line = fmt::format("no session answered {}", where);
     if (!streamTrouble.empty()) line += fmt::format(" (UDP: silence; TCP: {})", streamTrouble);
     line += fmt::format(
         ". Is a session open there, with room for one more? The host answers by a connection to this "
-        "computer: a "
-        "firewall here must let TCP {} and UDP {} in, one there port {}",
-        live_->Net.TcpPort(), live_->Net.UdpPort(), options_.Sockets.NameServer);
+        "computer: a firewall here must let TCP {} and UDP {} in, one there port {}",
+        live_->Net.TcpPort(), live_->Net.UdpPort(),
+        wanted.Stream ? wanted.Stream->Port : options_.Sockets.NameServer);
     notices_.push_back(std::move(line));
 }
 
@@ -307,7 +307,8 @@ void DirectPlaySession::Join(const SessionRecord& session) {
 std::int32_t DirectPlaySession::FinishRequest(const std::string& what) {
     const auto ready = [](Participant& p) { return p.LastOutcome().Ready; };
     try {
-        WaitFor(ready, Clock::now() + 2 * options_.Sockets.Times.Request + RequestGrace);
+        WaitFor(ready,
+                Clock::now() + options_.Sockets.Times.Request + options_.Sockets.Times.Table + RequestGrace);
     } catch (const SessionError& error) {
         live_->With([&](Participant& p) { p.Abandon(error.what()); });
         throw;

@@ -9,7 +9,9 @@ namespace corvenna::directplay {
 namespace {
 
 constexpr std::size_t MaxSlots = 0x10000;
-constexpr std::uint16_t MaxUses = 0xFFFF;
+
+/// So that no use reaches the highest bit of an id, which is to stay as the key has it.
+constexpr std::uint16_t MaxUses = 0x7FFF;
 
 bool IsReserved(std::uint32_t id) { return id == EverybodyId || id == ServerPlayerId || id == UnknownId; }
 
@@ -25,11 +27,14 @@ IdTable::Slot& IdTable::SlotOf(std::uint32_t id) {
     return slots_[slot];
 }
 
+bool IdTable::Slot::CanBeUsed() const { return !Taken && Uses < MaxUses; }
+
 std::optional<std::uint32_t> IdTable::Allocate() {
-    for (std::size_t slot = 0; slot < MaxSlots; ++slot) {
+    while (firstUsable_ < slots_.size() && !slots_[firstUsable_].CanBeUsed()) ++firstUsable_;
+    for (std::size_t slot = firstUsable_; slot < MaxSlots; ++slot) {
         if (slot == slots_.size()) slots_.emplace_back();
         Slot& candidate = slots_[slot];
-        if (candidate.Taken || candidate.Uses == MaxUses) continue;
+        if (!candidate.CanBeUsed()) continue;
         ++candidate.Uses;
         const std::uint32_t id = Id(slot);
         if (IsReserved(id)) continue;  // this use of the slot is passed over
@@ -41,7 +46,9 @@ std::optional<std::uint32_t> IdTable::Allocate() {
 
 void IdTable::Free(std::uint32_t id) {
     const std::size_t slot = (id ^ key_) & 0xFFFF;
-    if (slot < slots_.size() && Id(slot) == id) slots_[slot].Taken = false;
+    if (slot >= slots_.size() || Id(slot) != id) return;
+    slots_[slot].Taken = false;
+    firstUsable_ = std::min(firstUsable_, slot);
 }
 
 void IdTable::TakeOver(std::uint32_t id) {

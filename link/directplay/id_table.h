@@ -26,6 +26,8 @@ class IdTable {
     struct Slot {
         std::uint16_t Uses = 0;
         bool Taken = false;
+
+        bool CanBeUsed() const;
     };
 
     std::uint32_t Id(std::size_t slot) const;
@@ -33,6 +35,7 @@ class IdTable {
 
     std::uint32_t key_;
     std::vector<Slot> slots_;
+    std::size_t firstUsable_ = 0;  ///< no slot below it can be used
 };
 
 }  // namespace corvenna::directplay

@@ -10,7 +10,8 @@ InboundConnection::InboundConnection(asio::ip::tcp::socket socket, std::uint32_t
       options_(options),
       events_(std::move(events)),
       sender_{sourceIp, 0},
-      lastFrame_(Clock::now()) {}
+      lastFrame_(Clock::now()),
+      lastBytes_(lastFrame_) {}
 
 void InboundConnection::Close() {
     ended_ = true;
@@ -28,7 +29,7 @@ void InboundConnection::End(const std::string& flood) {
 /// frame. Before the first frame nobody knows who it is.
 void InboundConnection::Check(TimePoint now) {
     const bool owesFrame = sender_.Port == 0 || cutter_.Pending() > 0;
-    if (owesFrame && now - lastFrame_ > options_.Bounds.InboundSilence) End();
+    if (owesFrame && now - lastBytes_ > options_.Bounds.InboundSilence) End();
 }
 
 void InboundConnection::Read() {
@@ -36,16 +37,17 @@ void InboundConnection::Read() {
                             [self = shared_from_this()](const asio::error_code& error, std::size_t bytes) {
                                 if (self->ended_) return;
                                 if (error) return self->End();
+                                self->lastBytes_ = Clock::now();
                                 self->cutter_.Append(ByteSpan(self->readBuffer_).first(bytes));
-                                self->CutFrames(Clock::now());
+                                self->CutFrames();
                             });
 }
 
-void InboundConnection::CutFrames(TimePoint now) {
+void InboundConnection::CutFrames() {
     try {
         while (const auto frame = cutter_.Next()) {
-            if (!CountAgainstRate(now)) return;
-            lastFrame_ = now;
+            if (!CountAgainstRate()) return;
+            lastFrame_ = lastBytes_;
             sender_.Port = SenderPort(*frame);
             events_.OnFrame(sender_.Ip, *frame);
             if (ended_) return;
@@ -57,9 +59,9 @@ void InboundConnection::CutFrames(TimePoint now) {
     Read();
 }
 
-bool InboundConnection::CountAgainstRate(TimePoint now) {
-    if (now - secondStart_ >= seconds(1)) {
-        secondStart_ = now;
+bool InboundConnection::CountAgainstRate() {
+    if (lastBytes_ - secondStart_ >= seconds(1)) {
+        secondStart_ = lastBytes_;
         framesThisSecond_ = 0;
     }
     if (++framesThisSecond_ <= options_.Bounds.MessagesPerSecond) return true;

@@ -33,10 +33,13 @@ class InboundConnection : public std::enable_shared_from_this<InboundConnection>
     const Endpoint& Sender() const { return sender_; }
     TimePoint LastFrame() const { return lastFrame_; }
 
+    /// Bytes of a frame that it has begun.
+    std::size_t Pending() const { return cutter_.Pending(); }
+
   private:
     void Read();
-    void CutFrames(TimePoint now);
-    bool CountAgainstRate(TimePoint now);
+    void CutFrames();
+    bool CountAgainstRate();
     void End(const std::string& flood = {});
 
     asio::ip::tcp::socket socket_;
@@ -47,6 +50,7 @@ class InboundConnection : public std::enable_shared_from_this<InboundConnection>
     std::array<std::byte, 8192> readBuffer_;
     FrameCutter cutter_;
     TimePoint lastFrame_;
+    TimePoint lastBytes_;
     TimePoint secondStart_{};
     std::size_t framesThisSecond_ = 0;
 };

@@ -26,36 +26,46 @@ struct Limits {
     std::size_t OutboundBytes = 1 << 20;
     milliseconds OutboundStall = seconds(60);
 
-    // What a session may consist of.
-    std::size_t Machines = 1024;
+    // What a session may consist of. The names and data of a machine's players and groups are limited so that
+    // everybody's fit into the one frame that a newcomer gets.
+    std::size_t Machines = 256;
     std::size_t PlayersOfMachine = 64;
+    std::size_t TableBytesOfMachine = 32 << 10;
     std::size_t Groups = 1024;
 
-    // Messages that arrive before what they speak of is known.
+    // Messages that arrive before what they speak of is known, and how many of them may come from one
+    // address.
     std::size_t EarlyMessages = 512;
+    std::size_t EarlyMessagesOfAddress = 256;
     std::size_t EarlyBytes = 512 << 10;
     milliseconds EarlyAge = seconds(2);
 
-    // Messages in pieces.
-    std::size_t OpenReassemblies = 16;
+    // Messages in pieces: how many of each machine may be incomplete, and in how many pieces.
+    std::size_t OpenReassemblies = 4;
     std::size_t PiecesOfMessage = 2048;
     milliseconds ReassemblyAge = seconds(15);
 
-    // Newcomers who asked for an id and have not joined yet; answers to one who searches.
-    std::size_t PendingJoins = 64;
+    // Newcomers who asked for an id and have not joined yet, altogether and at one address.
+    std::size_t PendingJoins = 256;
+    std::size_t PendingJoinsOfAddress = 64;
     milliseconds PendingJoinAge = seconds(30);
-    std::size_t SearchAnswersPerSecond = 5;
 
-    // Connections that others open to us, and how long one may stay silent before its first whole frame
-    // or in the middle of one.
-    std::size_t InboundConnections = 1024;
+    // Answers to those who are not in the session: to each of them, and to how many of them.
+    std::size_t SearchAnswersPerSecond = 5;
+    std::size_t StrangersPerSecond = 64;
+
+    // Connections that others open to us, the bytes of frames that they have begun, and how long one may
+    // stay silent before its first whole frame or in the middle of one.
+    std::size_t InboundConnections = 512;
+    std::size_t InboundBytes = 32 << 20;
     milliseconds InboundSilence = seconds(30);
 };
 
 /// How long things are waited for.
 struct Timing {
-    milliseconds Request = seconds(10);  ///< each answer of the host to one who joins or asks for an id
-    milliseconds Forward = seconds(15);  ///< the others' word that they know the newcomer
+    milliseconds Request = seconds(10);  ///< the host's answer to one who asks for an id
+    milliseconds Table = seconds(25);    ///< the name table; some hosts wait 15 s for the others' word
+    milliseconds Forward = seconds(4);   ///< the others' word that they know the newcomer, who may wait 5 s
     milliseconds Connect = seconds(5);
     milliseconds Ping = seconds(35);
     int PingsUntilDoubt = 8;

@@ -22,7 +22,7 @@ class Network {
     virtual std::uint16_t UdpPort() const = 0;
 
     /// Sends a frame to a listening port, over the one connection to it, which is opened by the first frame.
-    /// Frames arrive in order, or OnUnreachable comes.
+    /// Frames arrive in order. What was on its way when a connection broke off is lost.
     virtual void SendFrame(const Endpoint& tcp, SharedBytes frame) = 0;
 
     virtual void SendDatagram(const Endpoint& udp, SharedBytes datagram) = 0;

@@ -6,10 +6,20 @@ namespace corvenna::directplay {
 
 namespace {
 
-/// As many frames as one write takes along.
+/// As many frames and bytes as one write takes along; a slow link has the time of a stall for each write.
 constexpr std::size_t MaxFramesPerWrite = 64;
+constexpr std::size_t MaxBytesPerWrite = 64 << 10;
 
 asio::ip::tcp::endpoint ToAsio(const Endpoint& place) { return {asio::ip::address_v4(place.Ip), place.Port}; }
+
+/// Comes from the address at which this participant listens: that is where the other side answers.
+asio::error_code OpenAt(asio::ip::tcp::socket& socket, std::uint32_t ip) {
+    asio::error_code error;
+    socket.open(asio::ip::tcp::v4(), error);
+    asio::error_code ignored;
+    if (!error && ip != 0) socket.bind({asio::ip::address_v4(ip), 0}, ignored);
+    return error;
+}
 
 std::string ConnectTrouble(const asio::error_code& error) {
     if (error == asio::error::connection_refused) return "nothing listens there (connection refused)";
@@ -72,12 +82,16 @@ void OutboundConnection::Check(TimePoint now) {
     if (waiting > options_.Bounds.OutboundBytes) {
         return Finish(End::Stuck, fmt::format("it does not read: {} bytes wait for it", waiting));
     }
+    if (state_ == State::Idle && waiting > 0) return Connect();
     if (now < deadline_) return;
     if (state_ == State::Connecting) return Finish(End::Unreachable, "no connection (timed out)");
     Finish(End::Stuck, "it has not read anything for too long");
 }
 
+/// Where this computer has no socket left, it is tried again with the next look at the deadlines: that says
+/// nothing about the other side.
 void OutboundConnection::Connect() {
+    if (OpenAt(socket_, options_.BindIp)) return;
     state_ = State::Connecting;
     deadline_ = Clock::now() + options_.Times.Connect;
     socket_.async_connect(ToAsio(place_), [self = shared_from_this()](const asio::error_code& error) {
@@ -97,9 +111,11 @@ void OutboundConnection::WriteNext() {
     bool close = false;
     {
         const std::lock_guard lock(mutex_);
-        while (!queue_.empty() && writing_.size() < MaxFramesPerWrite) {
+        std::size_t bytes = 0;
+        while (!queue_.empty() && writing_.size() < MaxFramesPerWrite && bytes < MaxBytesPerWrite) {
             writing_.push_back(std::move(queue_.front()));
             queue_.pop_front();
+            bytes += writing_.back()->size();
             buffers.emplace_back(writing_.back()->data(), writing_.back()->size());
         }
         close = writing_.empty() && (closeWhenSent_ || peerClosed_);

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace corvenna::directplay {
 
 namespace {
@@ -66,6 +68,7 @@ void Participant::Handle(const Source& source, Incoming::Kind what, ByteSpan bod
 
 void Participant::HandleSystemMessage(const Source& source, ByteSpan body) {
     const DecodedMessage decoded = DecodeSystemMessage(body);
+    if (source.IsDatagram() && !MayComeByDatagram(decoded.Message)) return void(++dropped_.Foreign);
     if (ConcernsMembers(decoded.Message)) {
         if (ownId_ == 0) return;
         if (IsTooEarlyFrom(source)) {
@@ -87,6 +90,15 @@ bool Participant::IsTooEarlyFrom(const Source& source) {
     return sender == nullptr || sender->Id == claimant_;
 }
 
+/// Anybody can put another's address on a datagram, so what is decided about members goes by stream alone.
+bool Participant::MayComeByDatagram(const SystemMessage& message) {
+    return std::holds_alternative<EnumSessions>(message) || std::holds_alternative<Ping>(message) ||
+           std::holds_alternative<YouAreDead>(message) || std::holds_alternative<PlayerWrapper>(message) ||
+           std::holds_alternative<Chat>(message) || std::holds_alternative<Packet>(message) ||
+           std::holds_alternative<Packet2Ack>(message) || std::holds_alternative<Multicast>(message) ||
+           std::holds_alternative<UnknownMessage>(message);
+}
+
 /// Messages about who is in the session.
 bool Participant::ConcernsMembers(const SystemMessage& message) {
     return std::holds_alternative<AddForward>(message) || std::holds_alternative<CreateMember>(message) ||
@@ -98,9 +110,11 @@ bool Participant::ConcernsMembers(const SystemMessage& message) {
 // ---- Messages that are too early
 
 void Participant::KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body, bool acknowledged) {
-    if (early_.size() >= limits_.EarlyMessages || earlyBytes_ + body.size() > limits_.EarlyBytes) {
-        ++dropped_.Excess;
-        return;
+    const auto ofAddress = std::count_if(
+        early_.begin(), early_.end(), [&](const Early& early) { return early.From.Tcp.Ip == source.Tcp.Ip; });
+    if (early_.size() >= limits_.EarlyMessages || earlyBytes_ + body.size() > limits_.EarlyBytes ||
+        ofAddress >= static_cast<std::ptrdiff_t>(limits_.EarlyMessagesOfAddress)) {
+        return void(++dropped_.Excess);
     }
     earlyBytes_ += body.size();
     const TimePoint arrived = replaying_ ? replayed_.Arrived : now_;
@@ -140,6 +154,7 @@ void Participant::ExpireEarly() {
 
 Machine* Participant::SenderOf(const Source& source) {
     if (source.Tcp.Port != 0) return members_.MachineAt(source.Tcp);
+    if (!source.IsDatagram()) return nullptr;
     for (Machine& machine : members_.Machines) {
         if (machine.Udp == source.Datagram) return &machine;
     }
@@ -235,6 +250,7 @@ void Participant::ForgetSession() {
     name_.clear();
     password_.clear();
     ownId_ = hostId_ = claimant_ = 0;
+    tookOver_.reset();
     members_ = {};
     lost_ = joining_ = false;
     request_ = Request::None;

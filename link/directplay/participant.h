@@ -150,6 +150,7 @@ class Participant final : public NetworkEvents {
     // participant.cpp
     void Handle(const Source& source, Incoming::Kind what, ByteSpan body);
     void HandleSystemMessage(const Source& source, ByteSpan body);
+    static bool MayComeByDatagram(const SystemMessage& message);
     static bool ConcernsMembers(const SystemMessage& message);
     bool IsTooEarlyFrom(const Source& source);
     void KeepForLater(const Source& source, Incoming::Kind what, ByteSpan body, bool acknowledged = false);
@@ -190,9 +191,14 @@ class Participant final : public NetworkEvents {
     bool Answers(const EnumSessions& question) const;
     bool IsFull() const;
     bool MayAnswer(const Endpoint& tcp);
+    bool MayEnter(const Endpoint& tcp) const;
+    bool MayHaveAnotherPlayer(std::uint32_t machineId) const;
     SessionDescription CurrentDescription() const;
     std::uint32_t IdFor(const Source& source);
     void AdmitConfirmed();
+    void Admit(std::uint32_t machineId);
+    std::size_t TableBytesOf(std::uint32_t machineId) const;
+    void CheckTableBytes(std::uint32_t machineId);
     NameTable MakeNameTable(const Endpoint& reader, const Machine* newcomer) const;
     PackedPlayer RecordOf(const Machine& machine, const Endpoint& reader) const;
     PackedPlayer RecordOf(const Player& player, const Endpoint& reader) const;
@@ -217,6 +223,7 @@ class Participant final : public NetworkEvents {
     void AddOwnPlayer(std::uint32_t id);
     void AddOwnGroup(std::uint32_t id);
     bool MayChange(const Source& source, std::uint32_t ownerId);
+    bool MayUseId(const Source& source, std::uint32_t id);
     CreateMember AnnouncementOf(const Player& player, Command what) const;
 
     // participant_messages.cpp
@@ -246,6 +253,7 @@ class Participant final : public NetworkEvents {
     void ChooseHost();
     void BecomeHost();
     void AdoptHost(std::uint32_t machineId);
+    void HandGroupsToHost();
     void OpenNameServerPorts();
     void Lose(std::string why);
 
@@ -277,13 +285,15 @@ class Participant final : public NetworkEvents {
     Endpoint host_;  ///< while joining
     bool joining_ = false;
     Request request_ = Request::None;
+    milliseconds requestLimit_{};
     TimePoint requestDeadline_{};
     Outcome outcome_;
     std::u16string wantedShortName_;
     std::u16string wantedLongName_;
 
-    // Being the host.
+    // Being the host. The ids are noted by everybody, for the day on which he becomes the host.
     IdTable ids_;
+    std::optional<TimePoint> tookOver_;  ///< when another host left the session to this one
     std::map<std::uint32_t, Pending> pending_;
     std::vector<Newcomer> newcomers_;
     bool nameServerOpen_ = false;

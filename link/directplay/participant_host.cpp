@@ -9,9 +9,6 @@ namespace corvenna::directplay {
 
 namespace {
 
-/// Requesters that are remembered within one second, so that a flood of them takes no memory.
-constexpr std::size_t MaxRequesters = 4096;
-
 /// Ids that one machine may have asked for without using them.
 constexpr std::ptrdiff_t MaxUnusedIds = 4;
 
@@ -57,12 +54,13 @@ bool Participant::Answers(const EnumSessions& question) const {
     return asksForLocked || knowsPassword;
 }
 
+/// Every answer to a stranger costs a connection, so there are only so many in a second.
 bool Participant::MayAnswer(const Endpoint& tcp) {
     if (now_ - answersSecond_ >= seconds(1)) {
         answersSecond_ = now_;
         answers_.clear();
     }
-    if (answers_.size() >= MaxRequesters && !answers_.contains(tcp)) return false;
+    if (answers_.size() >= limits_.StrangersPerSecond && !answers_.contains(tcp)) return false;
     return ++answers_[tcp] <= limits_.SearchAnswersPerSecond;
 }
 
@@ -80,31 +78,40 @@ SessionDescription Participant::CurrentDescription() const {
 
 void Participant::On(const Source& source, const RequestId& request) {
     if (!IsHost() || source.Tcp.Port == 0) return;
+    const Machine* sender = SenderOf(source);
+    if (sender == nullptr && !MayAnswer(source.Tcp)) return void(++dropped_.Excess);
     RequestPlayerReply reply;
-    if (request.What == Command::RequestGroupId) {
-        if (SenderOf(source) == nullptr) return void(++dropped_.Unknown);
+    if (request.What == Command::RequestPlayerId && (request.Flags & MemberFlag::System) != 0) {
+        reply.Id = MayEnter(source.Tcp) ? IdFor(source) : 0;
+    } else if (sender == nullptr) {
+        return void(++dropped_.Unknown);
+    } else if (request.What == Command::RequestGroupId || MayHaveAnotherPlayer(sender->Id)) {
         reply.Id = IdFor(source);
-    } else if ((request.Flags & MemberFlag::System) != 0) {
-        const bool closed = (description_.Flags & SessionFlag::JoinDisabled) != 0 || IsFull() ||
-                            members_.Machines.Size() >= limits_.Machines;
-        reply.Id = closed ? 0 : IdFor(source);
-    } else {
-        const Machine* sender = SenderOf(source);
-        if (sender == nullptr) return void(++dropped_.Unknown);
-        const bool closed = (description_.Flags & SessionFlag::NewPlayersDisabled) != 0 || IsFull() ||
-                            members_.PlayersOf(sender->Id).size() >= limits_.PlayersOfMachine;
-        reply.Id = closed ? 0 : IdFor(source);
     }
     if (reply.Id != 0) return SendTo(source.Tcp, reply);
     reply.Result = Result::NoNewPlayers;
     SendToStranger(source.Tcp, reply);
 }
 
+/// Those who have asked and not come in yet are limited, so that one address does not bar the door.
+bool Participant::MayEnter(const Endpoint& tcp) const {
+    if ((description_.Flags & SessionFlag::JoinDisabled) != 0 || IsFull()) return false;
+    if (members_.Machines.Size() >= limits_.Machines || pending_.size() >= limits_.PendingJoins) return false;
+    const auto ofAddress = std::count_if(pending_.begin(), pending_.end(),
+                                         [&](const auto& entry) { return entry.second.Tcp.Ip == tcp.Ip; });
+    return ofAddress < static_cast<std::ptrdiff_t>(limits_.PendingJoinsOfAddress);
+}
+
+bool Participant::MayHaveAnotherPlayer(std::uint32_t machineId) const {
+    return (description_.Flags & SessionFlag::NewPlayersDisabled) == 0 && !IsFull() &&
+           members_.PlayersOf(machineId).size() < limits_.PlayersOfMachine;
+}
+
 /// An id that must be used within a while, or 0.
 std::uint32_t Participant::IdFor(const Source& source) {
     const auto unused = std::count_if(pending_.begin(), pending_.end(),
                                       [&](const auto& entry) { return entry.second.Tcp == source.Tcp; });
-    if (unused >= MaxUnusedIds || pending_.size() >= limits_.PendingJoins) return 0;
+    if (unused >= MaxUnusedIds) return 0;
     const auto id = ids_.Allocate();
     if (!id) return 0;
     pending_[*id] = {source.Tcp, now_};
@@ -113,7 +120,7 @@ std::uint32_t Participant::IdFor(const Source& source) {
 
 void Participant::FreeId(std::uint32_t id) {
     pending_.erase(id);
-    if (IsHost()) ids_.Free(id);
+    ids_.Free(id);
 }
 
 // ---- Letting machines in
@@ -126,6 +133,10 @@ void Participant::On(const Source& source, const AddForwardRequest& request) {
     if (request.Password != password_) {
         FreeId(id);
         return SendToStranger(source.Tcp, AddForwardReply{Result::InvalidPassword});
+    }
+    if (members_.Machines.Size() >= limits_.Machines) {
+        FreeId(id);
+        return SendToStranger(source.Tcp, AddForwardReply{Result::NoNewPlayers});
     }
     pending_.erase(pending);
     if (const Machine* earlier = members_.MachineAt(source.Tcp)) Gone(earlier->Id, "it came back anew");
@@ -152,13 +163,44 @@ void Participant::On(const Source& source, const AddForwardAck& ack) {
 
 /// Sends the name table to everybody whom all the others know by now, or have had the time to.
 void Participant::AdmitConfirmed() {
+    std::vector<std::uint32_t> confirmed;
     std::erase_if(newcomers_, [&](const Newcomer& newcomer) {
         if (!newcomer.Unconfirmed.empty() && now_ < newcomer.Deadline) return false;
-        if (const Machine* machine = members_.Machines.Find(newcomer.MachineId)) {
-            SendTo(machine->Tcp, MakeNameTable(machine->Tcp, machine));
-        }
+        confirmed.push_back(newcomer.MachineId);
         return true;
     });
+    for (const std::uint32_t id : confirmed) Admit(id);
+}
+
+void Participant::Admit(std::uint32_t machineId) {
+    const Machine* machine = members_.Machines.Find(machineId);
+    if (machine == nullptr) return;
+    try {
+        SendTo(machine->Tcp, MakeNameTable(machine->Tcp, machine));
+    } catch (const WireError&) {
+        SendTo(machine->Tcp, AddForwardReply{Result::NoNewPlayers});
+        Gone(machineId, "the table of everybody's names and data is longer than a message can be");
+    }
+}
+
+/// What the players and groups of a machine take in the name table, beside a fixed part.
+std::size_t Participant::TableBytesOf(std::uint32_t machineId) const {
+    std::size_t bytes = 0;
+    const auto count = [&](const auto& record) {
+        if (record.MachineId != machineId) return;
+        bytes += record.Data.size() + 2 * record.ShortName.value_or(u"").size() +
+                 2 * record.LongName.value_or(u"").size();
+    };
+    for (const Player& player : members_.Players) count(player);
+    for (const Group& group : members_.Groups) count(group);
+    return bytes;
+}
+
+void Participant::CheckTableBytes(std::uint32_t machineId) {
+    if (!IsHost() || TableBytesOf(machineId) <= limits_.TableBytesOfMachine) return;
+    if (members_.Machines.Find(machineId) == nullptr) return;
+    CutOff(machineId, fmt::format("the names and data of its players take more than {} bytes",
+                                  limits_.TableBytesOfMachine));
 }
 
 void Participant::ExpireNewcomers() {

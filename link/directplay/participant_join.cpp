@@ -22,8 +22,6 @@ constexpr FlagWords UnservableFlags[] = {
     {SessionFlag::DirectPlayProtocol, "it uses the DirectPlay protocol's own transport"},
 };
 
-bool IsGivenOut(std::uint32_t id) { return id != EverybodyId && id != UnknownId; }
-
 }  // namespace
 
 std::string Participant::Unservable(const SessionDescription& description) {
@@ -74,7 +72,8 @@ void Participant::Ask(Request request) {
     const Machine* host = members_.Machines.Find(hostId_);
     if (!joining_ && host == nullptr) return Fail("the session has no host that could give out an id");
     request_ = request;
-    requestDeadline_ = now_ + timing_.Request;
+    requestLimit_ = request == Request::NameTable ? timing_.Table : timing_.Request;
+    requestDeadline_ = now_ + requestLimit_;
     const Endpoint place = joining_ ? host_ : host->Tcp;
     switch (request) {
         case Request::SystemId:
@@ -107,7 +106,7 @@ void Participant::Fail(std::string why) {
 
 void Participant::ExpireRequest() {
     if (request_ == Request::None || now_ < requestDeadline_) return;
-    Fail(fmt::format("no answer from {} within {} seconds", HostText(), timing_.Request / seconds(1)));
+    Fail(fmt::format("no answer from {} within {} seconds", HostText(), requestLimit_ / seconds(1)));
 }
 
 std::string Participant::HostText() const {
@@ -167,6 +166,9 @@ void Participant::On(const Source& source, const AddForwardReply& refusal) {
 void Participant::On(const Source& source, const NameTable& table) {
     if (!joining_ || request_ != Request::NameTable || !IsFromHost(source)) return;
     if (std::string why = Unservable(table.Description); !why.empty()) return Fail(std::move(why));
+    description_ = table.Description;
+    ids_ = IdTable(description_.Reserved1);
+    ids_.TakeOver(ownId_);
     for (const PackedPlayer& record : table.Players) {
         if (!record.IsSystem() || record.Id == ownId_) continue;
         const bool isHost = (record.Flags & MemberFlag::NameServer) != 0;
@@ -174,7 +176,6 @@ void Participant::On(const Source& source, const NameTable& table) {
         AddMachine(record, source, isHost);
     }
     if (hostId_ == 0) return Fail(fmt::format("{} told of no host", HostText()));
-    description_ = table.Description;
     if (table.Name) name_ = *table.Name;
     joining_ = false;
     for (const PackedPlayer& record : table.Players) {

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
 #include "link/directplay/participant.h"
 #include "link/session.h"
@@ -26,6 +27,16 @@ std::uint32_t PeerIp(std::uint32_t written, std::uint32_t sourceIp) {
     return IsLoopback(written) && !IsLoopback(sourceIp) ? sourceIp : written;
 }
 
+/// Each member once, of those who are there.
+void KeepKnownOnce(std::vector<std::uint32_t>& ids, const IdList<Player>& players) {
+    std::vector<std::uint32_t> kept;
+    std::set<std::uint32_t> seen;
+    for (const std::uint32_t id : ids) {
+        if (players.Find(id) != nullptr && seen.insert(id).second) kept.push_back(id);
+    }
+    ids.swap(kept);
+}
+
 std::optional<std::u16string> GivenName(const std::u16string& name) {
     return name.empty() ? std::nullopt : std::optional(name);
 }
@@ -37,6 +48,7 @@ std::optional<std::u16string> GivenName(const std::u16string& name) {
 /// A machine that tells of itself listens where its header says. Without usable data about its ports, a
 /// machine can be sent to there or not at all. Another machine that was known at the same place has gone.
 void Participant::AddMachine(const PackedPlayer& record, const Source& source, bool isSender) {
+    if (!IsGivenOut(record.Id)) return void(++dropped_.Malformed);
     Machine machine;
     machine.Id = record.Id;
     machine.Version = record.Version;
@@ -55,11 +67,13 @@ void Participant::AddMachine(const PackedPlayer& record, const Source& source, b
         RemoveMachine(earlier->Id);
     }
     if (Machine* known = members_.Machines.Find(machine.Id)) {
+        if (known->Tcp != machine.Tcp) known->DoubtedSince.reset();
         known->Tcp = machine.Tcp;
         known->Udp = machine.Udp;
     } else if (members_.Machines.Size() >= limits_.Machines || members_.Knows(machine.Id)) {
         ++dropped_.Excess;
     } else {
+        ids_.TakeOver(machine.Id);
         members_.Machines.Add(machine);
     }
 }
@@ -72,11 +86,28 @@ bool Participant::MayChange(const Source& source, std::uint32_t ownerId) {
     return false;
 }
 
+/// Ids come from the host. One who has just taken over cannot know what the last one gave out.
+bool Participant::MayUseId(const Source& source, std::uint32_t id) {
+    const auto pending = pending_.find(id);
+    if (pending == pending_.end()) {
+        if (!IsHost() || members_.Knows(id)) return true;
+        if (tookOver_ && now_ - *tookOver_ <= limits_.PendingJoinAge) return true;
+        CountForeign(source, "made up an id of its own");
+        return false;
+    }
+    if (pending->second.Tcp != source.Tcp) {
+        CountForeign(source, "used an id given to somebody else");
+        return false;
+    }
+    pending_.erase(pending);
+    return true;
+}
+
 // ---- Creating
 
 void Participant::On(const Source& source, const CreateMember& message) {
     const PackedPlayer& record = message.Member;
-    if (record.IsSystem() || record.Id == EverybodyId || record.Id == UnknownId || !IsOfSize(record)) {
+    if (record.IsSystem() || !IsGivenOut(record.Id) || !IsOfSize(record)) {
         return void(++dropped_.Malformed);
     }
     if (members_.Machines.Find(record.SystemPlayerId) == nullptr) {
@@ -85,17 +116,14 @@ void Participant::On(const Source& source, const CreateMember& message) {
         return KeepForLater(source, Incoming::Kind::System, EncodeSystemMessage(message));
     }
     if (!MayChange(source, record.SystemPlayerId)) return;
-    if (const auto pending = pending_.find(record.Id); pending != pending_.end()) {
-        if (pending->second.Tcp != source.Tcp)
-            return CountForeign(source, "used an id given to somebody else");
-        pending_.erase(pending);
-    }
+    if (!MayUseId(source, record.Id)) return;
     if (message.What == Command::CreateGroup) {
         if (AddRemoteGroup(record)) ReplayEarly();
     } else if (AddRemotePlayer(record)) {
         if (message.What == Command::CreatePlayer) VerifyOwnPlayers(record);
         ReplayEarly();
     }
+    CheckTableBytes(record.SystemPlayerId);
 }
 
 /// True when he was not known. A known one is brought up to date.
@@ -107,13 +135,14 @@ bool Participant::AddRemotePlayer(const PackedPlayer& record) {
         return false;
     }
     const Machine* machine = members_.Machines.Find(record.SystemPlayerId);
-    if (machine == nullptr || record.Id == ownId_ || members_.Knows(record.Id))
+    if (machine == nullptr || record.Id == ownId_ || !IsGivenOut(record.Id) || members_.Knows(record.Id)) {
         return ++dropped_.Foreign, false;
+    }
     if (members_.PlayersOf(machine->Id).size() >= limits_.PlayersOfMachine) {
         CutOff(machine->Id, fmt::format("it has more than {} players", limits_.PlayersOfMachine));
         return false;
     }
-    if (IsHost()) ids_.TakeOver(record.Id);
+    ids_.TakeOver(record.Id);
     Player player = MakePlayer(record);
     player.Created = now_;
     members_.Players.Add(std::move(player));
@@ -127,11 +156,13 @@ bool Participant::AddRemoteGroup(const PackedPlayer& record) {
         known->Data = record.Data;
         return false;
     }
-    if (record.Id == ownId_ || members_.Knows(record.Id)) return ++dropped_.Foreign, false;
+    if (record.Id == ownId_ || !IsGivenOut(record.Id) || members_.Knows(record.Id)) {
+        return ++dropped_.Foreign, false;
+    }
     if (members_.Groups.Size() >= limits_.Groups) return ++dropped_.Excess, false;
-    if (IsHost()) ids_.TakeOver(record.Id);
+    ids_.TakeOver(record.Id);
     Group group = MakeGroup(record);
-    std::erase_if(group.Members, [&](std::uint32_t id) { return members_.Players.Find(id) == nullptr; });
+    KeepKnownOnce(group.Members, members_.Players);
     members_.Groups.Add(std::move(group));
     return true;
 }
@@ -149,6 +180,7 @@ void Participant::VerifyOwnPlayers(const PackedPlayer& newPlayer) {
 }
 
 void Participant::AddOwnPlayer(std::uint32_t id) {
+    ids_.TakeOver(id);
     Player player;
     player.Id = id;
     player.MachineId = ownId_;
@@ -159,6 +191,7 @@ void Participant::AddOwnPlayer(std::uint32_t id) {
 }
 
 void Participant::AddOwnGroup(std::uint32_t id) {
+    ids_.TakeOver(id);
     Group group;
     group.Id = id;
     group.MachineId = ownId_;
@@ -266,10 +299,14 @@ void Participant::On(const Source& source, const DataChanged& message) {
     if (message.Data.size() > MaxDataBytes) return void(++dropped_.Malformed);
     if (message.What == Command::PlayerDataChanged) {
         Player* player = members_.Players.Find(message.Id);
-        if (player != nullptr && MayChange(source, player->MachineId)) player->Data = message.Data;
+        if (player == nullptr || !MayChange(source, player->MachineId)) return;
+        player->Data = message.Data;
+        CheckTableBytes(player->MachineId);
     } else {
         Group* group = members_.Groups.Find(message.Id);
-        if (group != nullptr && MayChange(source, group->MachineId)) group->Data = message.Data;
+        if (group == nullptr || !MayChange(source, group->MachineId)) return;
+        group->Data = message.Data;
+        CheckTableBytes(group->MachineId);
     }
 }
 
@@ -278,14 +315,14 @@ void Participant::On(const Source& source, const NameChanged& message) {
     if (message.LongName.value_or(u"").size() > MaxNameUnits) return void(++dropped_.Malformed);
     if (message.What == Command::PlayerNameChanged) {
         Player* player = members_.Players.Find(message.Id);
-        if (player != nullptr && MayChange(source, player->MachineId)) {
-            Rename(*player, message.ShortName, message.LongName);
-        }
+        if (player == nullptr || !MayChange(source, player->MachineId)) return;
+        Rename(*player, message.ShortName, message.LongName);
+        CheckTableBytes(player->MachineId);
     } else {
         Group* group = members_.Groups.Find(message.Id);
-        if (group != nullptr && MayChange(source, group->MachineId)) {
-            Rename(*group, message.ShortName, message.LongName);
-        }
+        if (group == nullptr || !MayChange(source, group->MachineId)) return;
+        Rename(*group, message.ShortName, message.LongName);
+        CheckTableBytes(group->MachineId);
     }
 }
 

@@ -82,7 +82,7 @@ void Participant::On(const Source& source, const Packet& packet) {
             SendTo(sender->Tcp, ack);
         }
     }
-    const auto whole = reassembly_.Put(source.Tcp.Ip, packet, now_);
+    const auto whole = reassembly_.Put(sender->Id, packet, now_);
     if (!whole || whole->size() < EnvelopeSize) return;
     const bool system = ByteReader(*whole).U32() == Signature;
     reassembling_ = true;
@@ -96,9 +96,9 @@ void Participant::On(const Source& source, const Packet& packet) {
 
 void Participant::OnPlayerMessage(const Source& source, std::uint32_t from, std::uint32_t to,
                                   ByteSpan payload) {
-    if (ownId_ == 0) return;
+    if (!IsMember()) return void(++dropped_.Unknown);  // nobody is here yet who could hear it
     const Player* player = members_.Players.Find(from);
-    if (joining_ || player == nullptr) {
+    if (player == nullptr) {
         ByteWriter body;
         body.U32(from);
         body.U32(to);

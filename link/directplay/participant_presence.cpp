@@ -10,12 +10,14 @@ namespace corvenna::directplay {
 // ---- Pings
 
 void Participant::On(const Source& source, const Ping& ping) {
-    const Machine* machine = members_.Machines.Find(ping.From);
+    Machine* machine = members_.Machines.Find(ping.From);
     if (machine == nullptr) {
         if (IsHost() && MayAnswer(source.Tcp)) SendToStranger(source.Tcp, YouAreDead{});
         return;
     }
     if (machine->Tcp.Ip != source.Tcp.Ip) return CountForeign(source, "pinged as somebody else");
+    machine->LastHeard = now_;
+    machine->PingsUnanswered = 0;
     if (ping.What == Command::Ping) SendDatagramTo(*machine, Ping{Command::PingReply, ownId_, ping.Tick});
 }
 
@@ -80,12 +82,11 @@ void Participant::OnHostFoundAlive() {
         return;
     }
     if (const Machine* claimant = members_.Machines.Find(claimant_)) {
-        ++dropped_.Foreign;
-        Notice(fmt::format("{} claims to be the host, but the host is still there; that was ignored",
-                           NameOf(*claimant)));
+        CountForeign({claimant->Tcp, {}}, "claims to be the host, which is still there");
     }
     claimant_ = 0;
     claimRecheck_.reset();
+    ReplayEarly();
 }
 
 void Participant::RecheckClaim() {
@@ -152,8 +153,14 @@ void Participant::RemoveMachine(std::uint32_t machineId) {
     } else if (hostId_ == 0) {
         ChooseHost();  // it may have been the one that everybody waited for
     }
+    HandGroupsToHost();
+}
+
+/// Groups whose owner has left are the host's; nobody's while there is no host.
+void Participant::HandGroupsToHost() {
     for (Group& group : members_.Groups) {
-        if (group.MachineId == machineId) group.MachineId = hostId_;
+        const bool owned = group.MachineId == ownId_ || members_.Machines.Find(group.MachineId) != nullptr;
+        if (!owned) group.MachineId = hostId_;
     }
 }
 
@@ -179,11 +186,7 @@ void Participant::ChooseHost() {
 void Participant::BecomeHost() {
     hostId_ = ownId_;
     claimant_ = 0;
-    ids_ = IdTable(description_.Reserved1);
-    ids_.TakeOver(ownId_);
-    for (const Machine& machine : members_.Machines) ids_.TakeOver(machine.Id);
-    for (const Player& player : members_.Players) ids_.TakeOver(player.Id);
-    for (const Group& group : members_.Groups) ids_.TakeOver(group.Id);
+    tookOver_ = now_;
     constexpr std::uint32_t flags = MemberFlag::System | MemberFlag::NameServer | MemberFlag::InGroup;
     for (const Machine& machine : members_.Machines) {
         SendTo(machine.Tcp, IAmNameServer{machine.Id, ownId_, flags, OwnPorts()});
@@ -204,6 +207,7 @@ void Participant::OpenNameServerPorts() {
 void Participant::AdoptHost(std::uint32_t machineId) {
     hostId_ = machineId;
     claimant_ = 0;
+    HandGroupsToHost();
     Notice(fmt::format("{} is the session's host now", NameOf(*members_.Machines.Find(machineId))));
     ReplayEarly();
 }

@@ -6,11 +6,11 @@
 
 namespace corvenna::directplay {
 
-std::optional<Bytes> Reassembly::Put(std::uint32_t sourceIp, const Packet& packet, TimePoint now) {
+std::optional<Bytes> Reassembly::Put(std::uint32_t machineId, const Packet& packet, TimePoint now) {
     std::erase_if(open_, [&](const Open& open) { return now - open.LastPiece > limits_.ReassemblyAge; });
     if (packet.MessageSize > MaxFrameSize || packet.Data.empty()) return std::nullopt;
 
-    Open& open = Find(sourceIp, packet, now);
+    Open& open = Find(machineId, packet, now);
     open.LastPiece = now;
     if (!Insert(open, packet)) {
         Close(open);
@@ -24,13 +24,17 @@ std::optional<Bytes> Reassembly::Put(std::uint32_t sourceIp, const Packet& packe
     return whole;
 }
 
-Reassembly::Open& Reassembly::Find(std::uint32_t sourceIp, const Packet& packet, TimePoint now) {
+Reassembly::Open& Reassembly::Find(std::uint32_t machineId, const Packet& packet, TimePoint now) {
     const auto known = std::find_if(open_.begin(), open_.end(), [&](const Open& open) {
-        return open.SourceIp == sourceIp && open.Message == packet.Message;
+        return open.MachineId == machineId && open.Message == packet.Message;
     });
     if (known != open_.end()) return *known;
-    if (open_.size() >= limits_.OpenReassemblies) open_.erase(open_.begin());
-    return open_.emplace_back(Open{sourceIp, packet.Message, packet.MessageSize, now, 0, {}});
+    const auto isOfMachine = [&](const Open& open) { return open.MachineId == machineId; };
+    const auto ofMachine = std::count_if(open_.begin(), open_.end(), isOfMachine);
+    if (ofMachine >= static_cast<std::ptrdiff_t>(limits_.OpenReassemblies)) {
+        open_.erase(std::find_if(open_.begin(), open_.end(), isOfMachine));
+    }
+    return open_.emplace_back(Open{machineId, packet.Message, packet.MessageSize, now, 0, {}});
 }
 
 void Reassembly::Close(const Open& open) { open_.erase(open_.begin() + (&open - open_.data())); }

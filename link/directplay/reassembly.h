@@ -14,9 +14,9 @@ class Reassembly {
   public:
     explicit Reassembly(const Limits& limits) : limits_(limits) {}
 
-    /// Takes a piece from an address; gives the whole message once nothing of it is missing. Pieces that
+    /// Takes a piece from a machine; gives the whole message once nothing of it is missing. Pieces that
     /// contradict each other, or a message longer than a frame, end their message.
-    std::optional<Bytes> Put(std::uint32_t sourceIp, const Packet& packet, TimePoint now);
+    std::optional<Bytes> Put(std::uint32_t machineId, const Packet& packet, TimePoint now);
 
   private:
     struct Piece {
@@ -24,7 +24,7 @@ class Reassembly {
         Bytes Data;
     };
     struct Open {
-        std::uint32_t SourceIp = 0;
+        std::uint32_t MachineId = 0;
         Guid Message;
         std::uint32_t Size = 0;
         TimePoint LastPiece{};
@@ -32,7 +32,7 @@ class Reassembly {
         std::vector<Piece> Pieces;  ///< by offset, without overlap
     };
 
-    Open& Find(std::uint32_t sourceIp, const Packet& packet, TimePoint now);
+    Open& Find(std::uint32_t machineId, const Packet& packet, TimePoint now);
     void Close(const Open& open);
     bool Insert(Open& open, const Packet& packet) const;
 

@@ -11,6 +11,9 @@ namespace {
 /// Enough for every session of a large network party; an answer beyond it is ignored.
 constexpr std::size_t MaxFound = 256;
 
+/// Longest name that is shown.
+constexpr std::size_t MaxNameUnits = 4096;
+
 }  // namespace
 
 const Guid SessionSearch::OlderSimulator{
@@ -53,7 +56,7 @@ void SessionSearch::OnUnreachable(const Endpoint& tcp, const std::string& why) {
 
 void SessionSearch::OnReply(const Endpoint& host, const EnumSessionsReply& reply, TimePoint now) {
     if (!wanted_) return;
-    FoundSession session{reply.Description, reply.Name.value_or(u""), host};
+    FoundSession session{reply.Description, reply.Name.value_or(u"").substr(0, MaxNameUnits), host};
     const auto known = std::find_if(found_.begin(), found_.end(), [&](const FoundSession& f) {
         return f.Description.Instance == reply.Description.Instance;
     });

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "link/session.h"
 
@@ -172,14 +173,32 @@ void SocketNetwork::Accepted(asio::ip::tcp::socket socket, std::uint32_t sourceI
     connection->Start();
 }
 
-/// The connection that has said nothing for the longest time makes way.
+/// The address with the most connections loses one: first of those that have not said anything yet, the one
+/// that has been silent for the longest time. So whoever opens too many makes way for himself.
 void SocketNetwork::MakeRoomForInbound() {
     if (inbound_.size() < options_.Bounds.InboundConnections) return;
-    const auto oldest = std::min_element(inbound_.begin(), inbound_.end(), [](const auto& a, const auto& b) {
-        return a->LastFrame() < b->LastFrame();
+    std::map<std::uint32_t, std::size_t> ofAddress;
+    for (const auto& connection : inbound_) ++ofAddress[connection->Sender().Ip];
+    const auto rank = [&](const auto& connection) {
+        const std::size_t others = inbound_.size() - ofAddress[connection->Sender().Ip];
+        return std::tuple(others, connection->Sender().Port != 0, connection->LastFrame());
+    };
+    const auto victim = std::min_element(inbound_.begin(), inbound_.end(),
+                                         [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
+    (*victim)->Close();
+    inbound_.erase(victim);
+}
+
+/// When frames that never end take too much memory, the longest of them goes.
+void SocketNetwork::CheckInboundBytes() {
+    std::size_t bytes = 0;
+    for (const auto& connection : inbound_) bytes += connection->Pending();
+    if (bytes <= options_.Bounds.InboundBytes) return;
+    const auto longest = std::max_element(inbound_.begin(), inbound_.end(), [](const auto& a, const auto& b) {
+        return a->Pending() < b->Pending();
     });
-    (*oldest)->Close();
-    inbound_.erase(oldest);
+    (*longest)->Close();
+    inbound_.erase(longest);
 }
 
 void SocketNetwork::InboundEnded(InboundConnection& connection, const std::string& flood) {
@@ -215,6 +234,7 @@ void SocketNetwork::CheckDeadlines() {
     for (const auto& connection : outbound) connection->Check(now);
     const auto inbound = inbound_;
     for (const auto& connection : inbound) connection->Check(now);
+    CheckInboundBytes();
     const auto probes = probes_;
     for (const ProbeInProgress& probe : probes) {
         if (now >= probe.Deadline) ProbeEnded(probe.Socket, false);
@@ -225,6 +245,9 @@ void SocketNetwork::Probe(const Endpoint& tcp) {
     asio::post(io_, [this, tcp] {
         const auto socket = std::make_shared<asio::ip::tcp::socket>(io_);
         probes_.push_back({socket, tcp, Clock::now() + options_.Times.Connect});
+        asio::error_code unopened;
+        socket->open(asio::ip::tcp::v4(), unopened);
+        if (unopened) return ProbeEnded(socket, true);  // no socket is left here, which proves nothing there
         socket->async_connect({asio::ip::address_v4(tcp.Ip), tcp.Port},
                               [this, socket](const asio::error_code& error) { ProbeEnded(socket, !error); });
     });

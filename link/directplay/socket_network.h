@@ -72,6 +72,7 @@ class SocketNetwork final : public Network {
     void Accepted(asio::ip::tcp::socket socket, std::uint32_t sourceIp);
     void InboundEnded(InboundConnection& connection, const std::string& flood);
     void MakeRoomForInbound();
+    void CheckInboundBytes();
     void ArmTimer();
     void CheckDeadlines();
     void ProbeEnded(const std::shared_ptr<asio::ip::tcp::socket>& socket, bool reached);

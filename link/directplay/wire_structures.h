@@ -57,6 +57,8 @@ inline constexpr std::uint32_t EverybodyId = 0;
 inline constexpr std::uint32_t ServerPlayerId = 1;
 inline constexpr std::uint32_t UnknownId = 0xFFFFFFFF;
 
+constexpr bool IsGivenOut(std::uint32_t id) { return id != EverybodyId && id != UnknownId; }
+
 /// The ports of a machine. An address of 0.0.0.0 means the one that the record came from.
 struct ServiceProviderData {
     static constexpr std::size_t Size = 32;

@@ -110,6 +110,24 @@ TEST_F(Fixes, OneWhoIsOnNoSideIsSentNowhere) {
     }
 }
 
+/// The runway point bears 360 from itself, which is east of a runway that heads 270.
+TEST_F(Fixes, OneExactlyOnTheRunwayPointIsSentToIt) {
+    S.RunwayHeading = 270;
+    ComputeSectorCentres(S);
+    N1().Latitude = S.RunwayLatitude;
+    N1().Longitude = S.RunwayLongitude;
+    UpdateGeometry();
+    EXPECT_EQ(N1().Quadrant, "east");
+    Reads("");
+    Build();
+    EXPECT_EQ(N1().Target.Name, "Right Downwind Leg - east");
+    EXPECT_EQ(N1().Target.Latitude, S.RunwayLatitude);
+    EXPECT_EQ(N1().Target.Longitude, S.RunwayLongitude);
+    EXPECT_EQ(S.RightBaseFix.Latitude, S.RunwayLatitude);
+    EXPECT_EQ(N1().AssignedHeading, "360");
+    EXPECT_THAT(N1().MenuText, StartsWith("N1, You are 0 miles, east, expect vectors"));
+}
+
 TEST_F(Fixes, TheBaseFixLiesAtHalfHisDistanceTiesToEven) {
     for (const auto& [miles, half] : {std::pair{5, 2}, {6, 3}, {7, 4}, {9, 4}, {0, 0}, {1, 0}}) {
         N1().Target = GeoPoint{};

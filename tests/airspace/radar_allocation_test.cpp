@@ -63,6 +63,34 @@ TEST(QuietRadarTicks, TakeNoMemory) {
     EXPECT_EQ(AllocationCount(), taken);
 }
 
+/// Everybody has been called out to everybody, so that they meet in silence, now a few of them, now all.
+TEST(QuietRadarTicks, TakeNoMemoryWhereverTheyFly) {
+    TestField field;
+    std::string everybody;
+    for (int i = 0; i < 60; ++i) {
+        const std::string name = "A callsign of no small length " + std::to_string(i);
+        field.OnFrequency(name, field.S.ArtccFrequency, "En Route", Ifr).MenuText = "what he was told";
+        everybody += name + ", ";
+    }
+    for (PlayerRecord& pilot : field.S.Players.Valid()) pilot.AdvisedTraffic = everybody;
+    Silence silence;
+    std::size_t taken = 0;
+    for (int tick = 0; tick < 100; ++tick) {
+        int i = 0;
+        for (PlayerRecord& pilot : field.S.Players.Valid()) {
+            ++i;
+            const GeoPoint place = ProjectNm(47, -122, i * 37 + tick * 11, (i + 100 - tick) % (101 - tick));
+            pilot.Latitude = place.Latitude;
+            pilot.Longitude = place.Longitude;
+            pilot.Altitude = 1000 + i * 100;
+        }
+        AtcTimer(field.S, ControllerServices, silence);
+        if (tick == 0) taken = AllocationCount();
+    }
+    EXPECT_EQ(AllocationCount(), taken);
+    for (const PlayerRecord& pilot : field.S.Players.Valid()) EXPECT_EQ(pilot.MenuText, "what he was told");
+}
+
 TEST(QuietRadarTicks, TakeNoMemoryForADigitThatFitsNothing) {
     TestField field;
     FillTheSky(field);

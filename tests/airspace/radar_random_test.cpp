@@ -396,17 +396,5 @@ TEST(RandomPictures, ACrowdIsServedAlike) {
     }
 }
 
-TEST(RandomPictures, PositionsBeyondAllReasonAreSearchedPlainly) {
-    TestField field;
-    for (const double latitude : {47.0, 1e7, -1e300}) {
-        PlayerRecord& pilot = field.OnFrequency("N1", field.S.ArtccFrequency, "En Route", Ifr);
-        pilot.Name += std::to_string(field.S.PlayerCount());
-        pilot.Latitude = latitude;
-        pilot.Altitude = 5000;
-    }
-    const auto near = field.S.Traffic.Near(field.S.Players.Valid(), field.S.Players[0], 1);
-    EXPECT_EQ(std::vector<std::int32_t>(near.begin(), near.end()), (std::vector<std::int32_t>{0, 1, 2}));
-}
-
 }  // namespace
 }  // namespace corvenna

@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "ground/ground_control.h"
 #include "ground/plain_ground.h"
 #include "ground/random_scene.h"
-#include "ground/taxi_network.h"
 #include "ground/taxi_routing.h"
 #include "ground/taxi_separation.h"
-#include "station/geometry.h"
 #include "station/runway_scan.h"
 #include "station/tick.h"
 #include "support/plain_lists.h"
@@ -50,6 +50,25 @@ TEST(GroundAgainstThePlainVersion, GivesTheSameRoutesAndClearances) {
     EXPECT_GT(routed, 20000);  // the scenes are of use only if these come about
     EXPECT_GT(restarted, 5000);
     EXPECT_GT(unreachable, 5000);
+}
+
+TEST(GroundAgainstThePlainVersion, GivesTheSameRoutesOverLargeNetworks) {
+    int mostAttempts = 0;
+    for (std::uint64_t seed = 1; seed <= 300; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        RandomScene scene(seed);
+        Station product = scene.Airport(120);
+        scene.AddTraffic(product);
+        Station plain = product;
+        for (std::int32_t i = 0; i < product.PlayerCount(); ++i) {
+            const GeoPoint target = scene.Target(product);
+            AssignTaxiRoute(product, product.Players[i], target);
+            const PlainSearchCount count = PlainAssignTaxiRoute(plain, plain.Players[i], target);
+            if (count.Links > 0) mostAttempts = std::max(mostAttempts, count.Attempts);
+        }
+        ASSERT_NO_FATAL_FAILURE(ExpectSame(product, plain));
+    }
+    EXPECT_GT(mostAttempts, 20);
 }
 
 TEST(GroundAgainstThePlainVersion, SeesTheSameRunwayTheSameSpotsAndTheSameHolds) {
@@ -119,24 +138,6 @@ TEST(GroundAgainstThePlainVersion, SaysTheSameInWholeTicksWithFieldsWrittenBetwe
         said += plainLog.Entries.size();
     }
     EXPECT_GT(said, 50000U);
-}
-
-TEST(GroundAgainstThePlainVersion, KnowsWhoIsSurelyFartherThanSomething) {
-    RandomScene scene(7);
-    int sure = 0;
-    for (int i = 0; i < 200000; ++i) {
-        const double scale = scene.Chance(50) ? 1e-5 : 1e-3;
-        const double latitude1 = scene.Chance(10) ? 90 : scene.Number(-8999, 8999) / 100.0;
-        const double longitude1 = scene.Number(-17900, 17900) / 100.0;
-        const double latitude2 = latitude1 + scene.Number(-1000, 1000) * scale;
-        const double longitude2 = longitude1 + scene.Number(-100, 100) * scale;
-        const int feet = scene.Number(0, 3000);
-        if (!SurelyFartherThan(feet, latitude1, longitude1, latitude2, longitude2)) continue;
-        ++sure;
-        ASSERT_GT(DistanceFeet(latitude1, longitude1, latitude2, longitude2), feet)
-            << latitude1 << " " << longitude1 << " " << latitude2 << " " << longitude2;
-    }
-    EXPECT_GT(sure, 50000);
 }
 
 }  // namespace

@@ -1,9 +1,13 @@
 #include "ground/ground_field.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 
 #include "ground/ground_control.h"
 #include "ground/taxi_network.h"
+#include "ground/taxi_routing.h"
+#include "ground/taxi_separation.h"
 #include "station/numbers.h"
 
 namespace corvenna {
@@ -88,5 +92,59 @@ void GroundField::Turn(PlayerRecord& pilot, std::uint8_t choice) {
     if (choice != 0) pilot.Choice = choice;
     GroundControl(S, pilot);
 }
+
+// ---- RoutingField
+
+std::vector<std::int32_t> PointsOf(std::span<const TaxiPath> links) {
+    std::vector<std::int32_t> points;
+    if (!links.empty()) points.push_back(links.front().StartPoint);
+    for (const TaxiPath& link : links) {
+        EXPECT_EQ(link.StartPoint, points.back());
+        points.push_back(link.EndPoint);
+    }
+    return points;
+}
+
+PlayerRecord& RoutingField::PilotAt(double east, double north) {
+    PlayerRecord& pilot = Pilot("N1");
+    Move(pilot, east, north);
+    return pilot;
+}
+
+GeoPoint RoutingField::RunwayTarget() const {
+    return {S.ActiveRunway, std::string(TaxiTarget::Runway), S.RunwayLatitude, S.RunwayLongitude,
+            S.RunwayElevation};
+}
+
+GeoPoint RoutingField::SpotTarget(std::size_t spot) const {
+    const ParkingSpot& s = S.AirportParkingSpots[spot];
+    return {s.Name, std::string(TaxiTarget::Parking), s.Latitude, s.Longitude, 0};
+}
+
+std::vector<std::int32_t> RoutingField::Assign(const GeoPoint& target) {
+    const std::int16_t before = S.TaxiRouteCount();
+    AssignTaxiRoute(S, Field.Pilot("N1"), target);
+    if (S.TaxiRouteCount() == before) return {};
+    const std::vector<TaxiPath>& links = S.TaxiRoutes[before].Links;
+    EXPECT_EQ(links.back(), TaxiPath{});  // the spare element
+    return PointsOf(std::span(links).first(links.size() - 1));
+}
+
+// ---- JunctionField
+
+JunctionField::JunctionField() {
+    Point(0, 0);
+    Point(1000, 0);
+    Point(-1000, 0);
+    Point(50, -1000);
+}
+
+PlayerRecord& JunctionField::At(std::string_view name, double east, double north, std::string_view phase) {
+    PlayerRecord& pilot = Pilot(name, phase);
+    Move(pilot, east, north);
+    return pilot;
+}
+
+void JunctionField::Separate(bool runwayOccupied) { SeparateTaxiRoutes(S, runwayOccupied); }
 
 }  // namespace corvenna

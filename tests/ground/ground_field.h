@@ -1,9 +1,12 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "station/model.h"
+#include "station/phases.h"
 #include "support/test_field.h"
 
 namespace corvenna {
@@ -45,6 +48,40 @@ struct GroundField {
   private:
     double Latitude(double north) const;
     double Longitude(double east) const;
+};
+
+/// The points that links lead over, from start to end. Each link must begin where the one before it ends.
+std::vector<std::int32_t> PointsOf(std::span<const TaxiPath> links);
+
+/// A network of the test's own and one pilot, N1, to be routed over it. The runway's target is the threshold,
+/// at 0 east and 0 north.
+struct RoutingField : GroundField {
+    PlayerRecord& PilotAt(double east, double north);
+
+    GeoPoint RunwayTarget() const;
+    GeoPoint SpotTarget(std::size_t spot) const;
+
+    /// The points of the route that the pilot gets, from start to end; none without a route.
+    std::vector<std::int32_t> Assign(const GeoPoint& target);
+    std::vector<std::int32_t> ToRunway() { return Assign(RunwayTarget()); }
+    std::vector<std::int32_t> ToSpot(std::size_t spot) { return Assign(SpotTarget(spot)); }
+
+    std::string Said() { return Field.Pilot("N1").MenuText; }
+};
+
+/// Two taxiways, from the east (point 1) and from the west (point 2), into point 0; from there to point 3,
+/// a little east of south: to the very south a bearing can come out as 360.
+struct JunctionField : GroundField {
+    JunctionField();
+
+    /// A pilot on Ground at a place, without a route.
+    PlayerRecord& At(std::string_view name, double east, double north,
+                     std::string_view phase = Phase::TaxiingToRunway);
+
+    const std::string& PhaseOf(std::string_view name) { return Field.Pilot(name).Phase; }
+    const std::string& TextOf(std::string_view name) { return Field.Pilot(name).MenuText; }
+
+    void Separate(bool runwayOccupied = false);
 };
 
 /// The text of a clearance or of a menu behind the callsign's first words.

@@ -69,7 +69,7 @@ std::int32_t PlainStart(const Station& station, const PlayerRecord& pilot) {
         if (DistanceFeet(pilot.Latitude, pilot.Longitude, spot.Latitude, spot.Longitude) < spot.Radius) {
             for (std::int32_t i = 0; i <= UpperIndex(station.AirportTaxiPaths); ++i) {
                 const TaxiPath& path = PathAt(station, i);
-                if (path.Kind == 2 && path.EndPoint == s && PlainIsPoint(station, path.StartPoint)) {
+                if (path.Kind == 2 && path.EndPoint == s) {
                     return path.StartPoint;
                 }
             }
@@ -91,7 +91,7 @@ std::int32_t PlainEnd(const Station& station, const GeoPoint& target) {
             if (UpperCase(SpotAt(station, s).Name) != UpperCase(target.Name)) continue;
             for (std::int32_t i = 0; i <= UpperIndex(station.AirportTaxiPaths); ++i) {
                 const TaxiPath& path = PathAt(station, i);
-                if (path.Kind == 2 && path.EndPoint == s && PlainIsPoint(station, path.StartPoint)) {
+                if (path.Kind == 2 && path.EndPoint == s) {
                     end = path.StartPoint;
                 }
             }
@@ -225,7 +225,8 @@ PlainSearchCount PlainAssignTaxiRoute(Station& station, PlayerRecord& pilot, con
     const std::int32_t start = PlainStart(station, pilot);
     const std::int32_t end = PlainEnd(station, target);
     Attempts attempts;
-    if (start != -1 && end != -1) attempts = PlainSearch(station, start, end, target);
+    if (PlainIsPoint(station, start) && PlainIsPoint(station, end))
+        attempts = PlainSearch(station, start, end, target);
     const bool found = !attempts.empty() && !attempts.back().empty();
 
     std::string route;

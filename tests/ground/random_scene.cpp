@@ -28,7 +28,7 @@ constexpr std::string_view Words[] = {Phase::None,
 
 }  // namespace
 
-Station RandomScene::Airport() {
+Station RandomScene::Airport(int points) {
     onLattice_ = Chance(40);
     damaged_ = Chance(25);
     Station station;
@@ -48,7 +48,6 @@ Station RandomScene::Airport() {
     ComputeSectorCentres(station);
     if (Chance(30)) station.MagVarGrid.assign(MagVarGridSize, static_cast<std::int16_t>(Number(-4000, 4000)));
 
-    const int points = Number(1, Chance(25) ? 40 : 14);
     const int spots = Number(1, 5);
     station.AirportTaxiPoints.clear();
     for (int i = 0; i < points; ++i) station.AirportTaxiPoints.push_back(Point());

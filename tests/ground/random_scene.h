@@ -16,7 +16,8 @@ class RandomScene {
   public:
     explicit RandomScene(std::uint64_t seed) : engine_(seed) {}
 
-    Station Airport();
+    Station Airport() { return Airport(Number(1, Chance(25) ? 40 : 14)); }
+    Station Airport(int points);
 
     /// Pilots in all phases near points, spots and the runway, and routes over the network.
     void AddTraffic(Station& station);

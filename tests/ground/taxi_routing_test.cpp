@@ -14,46 +14,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-using Points = std::vector<std::int32_t>;
-
-/// The network is the test's to make; the target is the threshold, at 0 east and 0 north.
-struct RoutingField : GroundField {
-    PlayerRecord& PilotAt(double east, double north) {
-        PlayerRecord& pilot = Pilot("N1");
-        Move(pilot, east, north);
-        return pilot;
-    }
-
-    GeoPoint RunwayTarget() const {
-        return {S.ActiveRunway, std::string(TaxiTarget::Runway), S.RunwayLatitude, S.RunwayLongitude,
-                S.RunwayElevation};
-    }
-    GeoPoint SpotTarget(std::size_t spot) const {
-        const ParkingSpot& s = S.AirportParkingSpots[spot];
-        return {s.Name, std::string(TaxiTarget::Parking), s.Latitude, s.Longitude, 0};
-    }
-
-    /// The points of the route that the pilot gets, from start to end; none without a route.
-    Points Assign(const GeoPoint& target) {
-        const std::int16_t before = S.TaxiRouteCount();
-        AssignTaxiRoute(S, Field.Pilot("N1"), target);
-        Points points;
-        if (S.TaxiRouteCount() == before) return points;
-        const std::vector<TaxiPath>& links = S.TaxiRoutes[before].Links;
-        EXPECT_EQ(links.back(), TaxiPath{});  // the spare element
-        for (std::size_t i = 0; i + 1 < links.size(); ++i) {
-            if (i == 0) points.push_back(links[i].StartPoint);
-            EXPECT_EQ(links[i].StartPoint, points.back());
-            points.push_back(links[i].EndPoint);
-        }
-        return points;
-    }
-    Points ToRunway() { return Assign(RunwayTarget()); }
-    Points ToSpot(std::size_t spot) { return Assign(SpotTarget(spot)); }
-
-    std::string Said() { return Field.Pilot("N1").MenuText; }
-};
-
 // ---- Where it begins
 
 TEST(TaxiRouteStart, InASpotTheTieDecidesEvenWhenAnotherPointIsNearer) {
@@ -204,229 +164,6 @@ TEST(TaxiRouteEnd, ATargetOfAnotherKindChangesNothing) {
     }
 }
 
-// ---- The walk
-
-TEST(TaxiRouteWalk, EachStepGoesToThePointNearestToTheTarget) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t near = field.Point(500, 0);
-    const std::int32_t nearer = field.Point(450, 100);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, near, "A");
-    field.Taxiway(near, end, "A");
-    field.Taxiway(nearer, start, "B");  // walked against its direction
-    field.Taxiway(end, nearer, "B");
-    field.Runway(end, field.Point(0, -500));
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, nearer, end));
-    const TaxiPath& back = field.S.TaxiRoutes[0].Links[0];
-    EXPECT_EQ(back, (TaxiPath{TaxiPath::Taxiway, start, nearer, "B"}));
-}
-
-TEST(TaxiRouteWalk, AmongEqualsTheEarlierPathWins) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t one = field.Point(500, 0);
-    const std::int32_t two = field.Point(500, 0);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, two, "B");
-    field.Taxiway(start, one, "A");
-    field.Taxiway(one, end, "A");
-    field.Taxiway(two, end, "B");
-    field.Runway(end, field.Point(0, -500));
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, two, end));
-}
-
-TEST(TaxiRouteWalk, BeyondTheCapAllPointsAreEquallyFar) {
-    RoutingField field;
-    const std::int32_t start = field.Point(60000, 0);
-    const std::int32_t farther = field.Point(50000, 0);
-    const std::int32_t nearer = field.Point(40000, 0);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, farther, "A");
-    field.Taxiway(start, nearer, "B");
-    field.Taxiway(farther, end, "A");
-    field.Taxiway(nearer, end, "B");
-    field.Runway(end, field.Point(0, -500));
-    const std::int32_t spot = field.Spot("GATE 1", 70000, 0);
-    field.Tie(start, spot);
-    field.PilotAt(70000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, farther, end));
-}
-
-TEST(TaxiRouteWalk, TheEndPointIsTakenAtSightThoughALaterPathIsNearerToTheTarget) {
-    RoutingField field;
-    // The end is the spot's tie, far from the spot itself; another point lies beside the spot.
-    const std::int32_t start = field.Point(0, 0);
-    const std::int32_t end = field.Point(-2000, 0);
-    const std::int32_t beside = field.Point(3000, 0);
-    field.Runway(start, end, "Runway 34");  // of the higher kind, too
-    field.Taxiway(start, beside, "A");
-    const std::int32_t spot = field.Spot("GATE 1", 3000, 50);
-    field.Tie(end, spot);
-    field.PilotAt(0, 0);
-    EXPECT_THAT(field.ToSpot(0), ElementsAre(start, end));
-}
-
-TEST(TaxiRouteWalk, ADeadEndBarsTheLinkIntoItAndTheWalkBeginsAgain) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t deadEnd = field.Point(200, 0);
-    const std::int32_t round = field.Point(900, 500);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, deadEnd, "D");
-    field.Taxiway(start, round, "A");
-    field.Taxiway(round, end, "A");
-    field.Runway(end, field.Point(0, -500));
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, round, end));
-    EXPECT_THAT(field.Said(), HasSubstr("using taxiway A ."));
-}
-
-TEST(TaxiRouteWalk, ParallelPathsAreBarredTogether) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t deadEnd = field.Point(200, 0);
-    const std::int32_t round = field.Point(900, 500);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, deadEnd, "D");
-    field.Taxiway(deadEnd, start, "E");  // no way back over it either
-    field.Taxiway(start, round, "A");
-    field.Taxiway(round, end, "A");
-    field.Runway(end, field.Point(0, -500));
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, round, end));
-}
-
-TEST(TaxiRouteWalk, APointMayBePassedTwiceButNoLink) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t a = field.Point(500, 0);
-    const std::int32_t b = field.Point(600, 100);
-    const std::int32_t exit = field.Point(1500, 0);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, a, "A");
-    field.Taxiway(a, b, "B");
-    field.Taxiway(b, start, "C");
-    field.Taxiway(start, exit, "D");
-    field.Taxiway(exit, end, "D");
-    field.Runway(end, field.Point(0, -500));
-    const std::int32_t spot = field.Spot("GATE 1", 1000, 0);
-    field.Tie(start, spot);
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, a, b, start, exit, end));
-    EXPECT_THAT(field.Said(), HasSubstr("using taxiway A B C D ."));
-}
-
-TEST(TaxiRouteWalk, FromTheEndPointItselfTheRouteGoesOutAndComesBack) {
-    RoutingField field;
-    const std::int32_t end = field.Point(0, 0);
-    field.Runway(end, field.Point(100, -500));
-    const std::int32_t neighbour = field.Point(300, 0);
-    field.Taxiway(end, field.Point(900, 0), "B");
-    field.Taxiway(end, neighbour, "A");
-    field.PilotAt(0, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(end, neighbour, end));
-    EXPECT_THAT(field.Said(), HasSubstr("using taxiway A ."));
-}
-
-// ---- Off the runway rather than along it
-
-/// On the runway, at point 1, with a taxiway that leads far off and the runway that leads nearer.
-struct RunwayField : RoutingField {
-    RunwayField() {
-        Point(600, 0);
-        Point(500, 0);
-        Point(400, 0);    // along the runway
-        Point(500, 900);  // off it
-        Point(0, 0);
-        PilotAt(600, 0);
-        Runway(0, 1, "Runway 34");
-    }
-    void Finish() {
-        Taxiway(2, 4, "A");
-        Taxiway(3, 4, "B");
-        Runway(4, Point(0, -500));
-    }
-};
-
-TEST(TaxiRouteOnTheRunway, ATaxiwayBeatsAnEarlierRunwayPathHoweverFarItGoes) {
-    RunwayField field;
-    field.Runway(1, 2, "Runway 34");
-    field.Taxiway(1, 3, "B");
-    field.Finish();
-    EXPECT_THAT(field.ToRunway(), ElementsAre(0, 1, 3, 4));
-}
-
-TEST(TaxiRouteOnTheRunway, ALaterRunwayPathDoesNotReplaceATaxiwayThoughItIsNearer) {
-    RunwayField field;
-    field.Taxiway(1, 3, "B");
-    field.Runway(1, 2, "Runway 34");
-    field.Finish();
-    EXPECT_THAT(field.ToRunway(), ElementsAre(0, 1, 3, 4));
-}
-
-TEST(TaxiRouteOnTheRunway, OfTwoRunwayPathsTheNearerIsTaken) {
-    RunwayField field;
-    field.Runway(1, 3, "Runway 34");
-    field.Runway(1, 2, "Runway 34");
-    field.Finish();
-    EXPECT_THAT(field.ToRunway(), ElementsAre(0, 1, 2, 4));
-}
-
-TEST(TaxiRouteOnTheRunway, OffTheRunwayTheKindDoesNotMatter) {
-    RoutingField field;
-    const std::int32_t start = field.Point(1000, 0);
-    const std::int32_t along = field.Point(500, 0);
-    const std::int32_t aside = field.Point(800, 0);
-    const std::int32_t end = field.Point(0, 0);
-    field.Taxiway(start, aside, "A");
-    field.Runway(start, along, "Runway 34");
-    field.Taxiway(along, end, "B");
-    field.Taxiway(aside, end, "C");
-    field.Runway(end, field.Point(0, -500));
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), ElementsAre(start, along, end));
-}
-
-// ---- No way there
-
-TEST(TaxiRouteUnreachable, AnIslandIsClearedWithoutARoute) {
-    RoutingField field;
-    const std::int32_t end = field.Point(0, 0);
-    field.Runway(end, field.Point(0, -500));
-    const std::int32_t a = field.Point(1000, 0);
-    const std::int32_t b = field.Point(1500, 0);
-    const std::int32_t c = field.Point(1500, 500);
-    field.Taxiway(a, b, "A");
-    field.Taxiway(b, c, "B");
-    field.Taxiway(c, a, "C");
-    field.PilotAt(1000, 0);
-    EXPECT_THAT(field.ToRunway(), IsEmpty());
-    EXPECT_THAT(field.Said(), HasSubstr("hold short runway 16. Contact"));
-    EXPECT_EQ(field.Field.Pilot("N1").Phase, Phase::AcknowledgeTaxiToRunway);
-}
-
-TEST(TaxiRouteUnreachable, AStartWithoutAWalkablePathIsClearedWithoutARoute) {
-    RoutingField field;
-    field.StraightNetwork();
-    const std::int32_t lonely = field.Point(5000, 0);
-    const std::int32_t spot = field.Spot("GATE 9", 5000, 0);
-    field.Tie(lonely, spot);
-    field.PilotAt(5000, 0);
-    EXPECT_THAT(field.ToRunway(), IsEmpty());
-    EXPECT_THAT(field.ToSpot(2), IsEmpty());  // to the very same point
-}
-
-TEST(TaxiRouteUnreachable, PathsOfOtherKindsAreNotWalked) {
-    RoutingField field;
-    field.StraightNetwork();
-    field.S.AirportTaxiPaths[1].Kind = 3;
-    field.PilotAt(1500, 0);
-    EXPECT_THAT(field.ToRunway(), IsEmpty());
-}
-
 // ---- What is stored and said
 
 TEST(TaxiRouteStored, WithPilotLinksAndTarget) {
@@ -545,14 +282,27 @@ TEST(DamagedNetwork, PathsIntoNowhereAreNotWalked) {
     }
 }
 
-TEST(DamagedNetwork, ATieFromNowhereIsNoTie) {
+TEST(DamagedNetwork, TheFirstTieOfTheSpotHeStandsInDecidesEvenFromNowhere) {
     for (const std::int32_t nowhere : {-1, 99}) {
         RoutingField field;
         field.StraightNetwork();
         field.PilotAt(820, 0);
         const std::int32_t spot = field.Spot("GATE 9", 820, 0);
         field.Tie(nowhere, spot);
-        EXPECT_THAT(field.ToRunway(), ElementsAre(1, 2, 3));
+        field.Tie(1, spot);
+        EXPECT_THAT(field.ToRunway(), IsEmpty());
+        EXPECT_THAT(field.Said(), HasSubstr("hold short runway 16. Contact"));
+    }
+}
+
+TEST(DamagedNetwork, TheLastTieOfTheSpotHeAsksForDecidesEvenFromNowhere) {
+    for (const std::int32_t nowhere : {-1, 99}) {
+        RoutingField field;
+        field.StraightNetwork();
+        field.PilotAt(0, 0);
+        const std::int32_t spot = field.Spot("GATE 9", 820, 0);
+        field.Tie(1, spot);
+        field.Tie(nowhere, spot);
         EXPECT_THAT(field.ToSpot(2), IsEmpty());
         EXPECT_THAT(field.Said(), HasSubstr("Taxi to GATE 9. "));
     }

@@ -20,31 +20,20 @@ const std::string ToRunwayText =
 const std::string ToGateText = ", Continue taxi. Report us when you are parked in the gate or parking. " +
                                std::string(GroundMenu) + "1-Report Parking 2-Close ATC Services";
 
-/// Two taxiways, from the east (point 1) and from the west (point 2), into point 0; from there to point 3,
-/// a little east of south: to the very south a bearing can come out as 360.
-struct JunctionField : GroundField {
-    JunctionField() {
-        Point(0, 0);
-        Point(1000, 0);
-        Point(-1000, 0);
-        Point(50, -1000);
-    }
-
-    /// A pilot on Ground at a place, without a route.
-    PlayerRecord& At(std::string_view name, double east, double north,
-                     std::string_view phase = Phase::TaxiingToRunway) {
-        PlayerRecord& pilot = Pilot(name, phase);
-        Move(pilot, east, north);
-        return pilot;
-    }
-
-    const std::string& PhaseOf(std::string_view name) { return Field.Pilot(name).Phase; }
-    const std::string& TextOf(std::string_view name) { return Field.Pilot(name).MenuText; }
-
-    void Separate(bool runwayOccupied = false) { SeparateTaxiRoutes(S, runwayOccupied); }
-};
-
 // ---- Converging pilots
+
+TEST(TaxiSeparation, OneRouteAloneIsHeldByNothingButTheRunway) {
+    JunctionField field;
+    field.At("N1", 900, 0);
+    field.At("N2", -300, 0);  // nearer, but without a route
+    field.Route("N1", {1, 0, 3});
+    field.S.TakeoffQueue.Add("N9");
+    field.Separate(true);
+    EXPECT_EQ(field.PhaseOf("N1"), Phase::TaxiingToRunway);
+    field.S.TaxiRoutes[0].Links[1].Name = "Runway 16";
+    field.Separate(false);
+    EXPECT_EQ(field.PhaseOf("N1"), Phase::AcknowledgeHoldPosition);
+}
 
 TEST(TaxiSeparation, OfTwoConvergingPilotsTheFartherHolds) {
     JunctionField field;
@@ -327,6 +316,13 @@ TEST(TaxiSeparationAtTheRunway, OnlyALiveLinkOfTheRunwayInUseHolds) {
     route.Links[1].Name = "runway 16";
     EXPECT_TRUE(field.Holds(true));
     route.Links[1].EndPoint = -1;
+    EXPECT_FALSE(field.Holds(true));
+}
+
+TEST(TaxiSeparationAtTheRunway, ARouteThatEndsAtItOnATaxiwayIsNotHeld) {
+    RunwayField field;
+    field.S.TaxiRoutes[0].Links[1].Name = "B";  // into the very same point
+    field.S.LandingQueue.Add("N9");
     EXPECT_FALSE(field.Holds(true));
 }
 
@@ -619,60 +615,6 @@ TEST(TaxiAdvance, EveryRouteIsAdvancedInTheTurnOfAnyPilotOnGround) {
     field.Field.Pilot("N1").TunedFrequency = "";
     field.Turn(field.Pilot("N2"));
     EXPECT_EQ(field.S.TaxiRoutes[0].Links[1].StartPoint, -1);
-}
-
-// ---- Nothing is remembered that may have changed
-
-TEST(GroundNotes, BetweenTicksEveryLookIsAFreshOne) {
-    JunctionField field;
-    field.S.TickInProgress = false;
-    field.At("N1", 900, 0);
-    field.At("N2", -300, 0);
-    field.Route("N1", {1, 0});
-    field.Route("N2", {2, 0});
-    field.Separate();
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::AcknowledgeHoldPosition);
-    field.S.TaxiRoutes[1].Links[0].EndPoint = 3;
-    field.Separate();
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::TaxiingToRunway);
-    field.S.TaxiRoutes[1].Links[0].EndPoint = 0;
-    field.Move(field.Field.Pilot("N2"), -950, 0);
-    field.Separate();
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::TaxiingToRunway);
-    EXPECT_EQ(field.PhaseOf("N2"), Phase::AcknowledgeHoldPosition);
-}
-
-TEST(GroundNotes, ARouteAddedOrRemovedInATickCountsInTheNextTurn) {
-    JunctionField field;
-    field.At("N1", 900, 0);
-    field.At("N2", -300, 0);
-    field.Route("N1", {1, 0});
-    field.S.TickInProgress = true;
-    field.S.TicksBegun = 1;
-    field.Separate();
-    AdvanceTaxiRoutes(field.S);
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::TaxiingToRunway);
-    field.Route("N2", {2, 0});
-    field.Separate();
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::AcknowledgeHoldPosition);
-    RemoveTaxiRoute(field.S, field.Field.Pilot("N2"));
-    field.Separate();
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::TaxiingToRunway);
-}
-
-TEST(GroundNotes, ACopyOfAStationGoesItsOwnWay) {
-    JunctionField field;
-    field.At("N1", 900, 0);
-    field.At("N2", -300, 0);
-    field.Route("N1", {1, 0});
-    field.Route("N2", {2, 0});
-    Station copy = field.S;
-    field.Field.Tick();
-    field.Move(copy.Players[1], -990, 0);
-    SeparateTaxiRoutes(copy, false);
-    EXPECT_EQ(copy.Players[0].Phase, Phase::TaxiingToRunway);
-    EXPECT_EQ(copy.Players[1].Phase, Phase::AcknowledgeHoldPosition);
-    EXPECT_EQ(field.PhaseOf("N1"), Phase::AcknowledgeHoldPosition);
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 
 #include "link/fs_messages.h"
+#include "support/allocation_count.h"
 
 namespace corvenna {
 namespace {
@@ -24,7 +26,9 @@ struct Script {
     std::vector<SessionRecord> Sessions;
     std::vector<SessionMember> Groups;
     std::deque<DirectPlayMessage> Messages;
-    std::string Fails;  ///< the operation that fails
+    std::function<void()> OnReceive;
+    std::string Fails;                         ///< the operation that fails
+    std::size_t MemoryBehindSearch = NoLimit;  ///< so many bytes at once can be had from then on
     Log Done;
 };
 
@@ -37,7 +41,9 @@ class ScriptedSession final : public Session {
     void InitializeConnection(const std::string& address) override { Do("initialize", " " + address); }
     std::vector<SessionRecord> GetDPEnumSessions(const SessionRecord& wanted) override {
         Do("search", " [" + wanted.GuidApplication + wanted.SessionPassword + "]");
-        return script_.Sessions;
+        std::vector<SessionRecord> found = script_.Sessions;
+        LimitAllocations(script_.MemoryBehindSearch);
+        return found;
     }
     void Open(const SessionRecord& session, OpenMode mode) override {
         Do("open", (mode == OpenMode::Join ? " join " : " create ") + session.GuidInstance);
@@ -62,6 +68,7 @@ class ScriptedSession final : public Session {
         Do("receive");
         message = script_.Messages.front();
         script_.Messages.pop_front();
+        if (script_.OnReceive) script_.OnReceive();
         return {5, Own};
     }
     void Send(std::int32_t from, std::int32_t to, const DirectPlayMessage& message) override {
@@ -94,7 +101,10 @@ struct JoiningWindow : testing::Test, OperatorDesk {
         Objects.MakeRoot = [this] { return std::make_unique<Root>(TheScript); };
         TheScript.Sessions = {Session("Friday", 3, 16), Session("Saturday", 1, 8)};
     }
-    ~JoiningWindow() override { Objects = {}; }
+    ~JoiningWindow() override {
+        LimitAllocations(NoLimit);
+        Objects = {};
+    }
 
     static SessionRecord Session(const std::string& name, std::int32_t current, std::int32_t maximum) {
         SessionRecord record;
@@ -214,6 +224,16 @@ TEST_F(JoiningWindow, SearchUsesTheConnectionTwoBehindTheEntry) {
     EXPECT_THAT(Happened(), ElementsAre("release", "create", "initialize a3", "search []"));
 }
 
+TEST_F(JoiningWindow, AConnectionThatCannotBePreparedIsThrown) {
+    TheScript.Fails = "initialize";
+    Loads();
+    Form.SelectConnection(0);
+    Happened();
+    EXPECT_THROW(Form.Search(), SessionError);
+    EXPECT_THAT(Happened(), ElementsAre("release", "create", "initialize a2"));
+    EXPECT_EQ(Status(), "Disconnected");
+}
+
 TEST_F(JoiningWindow, SearchThatFindsNothingGoesBackToDisconnectedWithoutABox) {
     TheScript.Sessions.clear();
     Loads();
@@ -236,6 +256,30 @@ TEST_F(JoiningWindow, SearchThatFailsWasCancelledByTheUser) {
     EXPECT_EQ(Status(), "Disconnected");
     EXPECT_THAT(Form.TakeNotices(), ElementsAre("search has failed"));
     EXPECT_THAT(Form.TakeNotices(), IsEmpty());
+}
+
+TEST_F(JoiningWindow, SearchWhoseSessionsCannotBeListedTearsDown) {
+    TheScript.Sessions.push_back(Session(std::string(5000, 'x'), 1, 2));
+    TheScript.MemoryBehindSearch = 4000;
+    Loads();
+    Form.SelectConnection(0);
+    Happened();
+    Statuses.clear();
+    Form.Search();
+    EXPECT_THAT(Happened(), ElementsAre("release", "create", "initialize a2", "search []",
+                                        "(!) Error in enumeration functions.", "release", "create"));
+    EXPECT_THAT(Statuses,
+                ElementsAre("Disconnected", "Searching for FS Multiplayer Sessions", "Disconnected"));
+    EXPECT_THAT(Form.Form().List2, IsEmpty());
+    EXPECT_THAT(Objects.DpSessions, IsEmpty());
+    EXPECT_THAT(Form.TakeNotices(), testing::SizeIs(1));
+}
+
+TEST_F(JoiningWindow, ASessionWithoutANameIsListedByItsPlayers) {
+    TheScript.Sessions = {Session("", 1, 2)};
+    Finds();
+    EXPECT_THAT(Form.Form().List2, ElementsAre(" (1/2)"));
+    EXPECT_EQ(Status(), "Done");
 }
 
 TEST_F(JoiningWindow, SearchAgainForgetsTheSessionsAndTheSelection) {
@@ -321,6 +365,21 @@ TEST_F(JoiningWindow, JoinThatCannotMakeThePlayerTearsDown) {
     EXPECT_FALSE(Form.Form().Timer1);
 }
 
+TEST_F(JoiningWindow, JoinWhoseRequestCannotBeSentIsThrownAndDoesNotWait) {
+    TheScript.Fails = "send";
+    Finds();
+    Form.SelectSession(0);
+    EXPECT_THROW(Form.Join(), SessionError);
+    EXPECT_EQ(Status(), "Player created");
+    EXPECT_FALSE(Form.Form().Timer1);
+}
+
+TEST_F(JoiningWindow, JoinBeforeAnySearchAsksForASession) {
+    Loads();
+    Form.Join();
+    EXPECT_THAT(Happened(), ElementsAre("(!) Please select a FS Multiplayer Session.", "release", "create"));
+}
+
 // ---- The timer
 
 TEST_F(JoiningWindow, TheRequestIsRepeatedAfterThirtySeconds) {
@@ -399,6 +458,24 @@ TEST_F(JoiningWindow, TheRestOfTheTicksMessagesIsGoneThrough) {
                                         "receive", "receive"));
 }
 
+TEST_F(JoiningWindow, AnAdmissionToldTwiceInOneTickCountsTwice) {
+    Requests();
+    Admits(Own);
+    Admits(Own);
+    Ticks();
+    EXPECT_THAT(Happened(), ElementsAre("receive", "(i) Connected to FS Session!", "station window",
+                                        "receive", "(i) Connected to FS Session!", "station window"));
+}
+
+TEST_F(JoiningWindow, OneTickTakesNoMoreMessagesThanWaitedAsItBegan) {
+    Requests();
+    Receives(MessageId::Position);
+    TheScript.OnReceive = [this] { Admits(Own); };
+    Ticks();
+    EXPECT_THAT(Happened(), ElementsAre("receive"));
+    EXPECT_EQ(Status(), "First Request Sent");
+}
+
 TEST_F(JoiningWindow, MessagesThatConcernObserversOrOthersArePassedOver) {
     Requests();
     Receives(WriteAdmission(MessageId::AdmitObserver, Own));
@@ -437,6 +514,18 @@ TEST_F(JoiningWindow, RefusalTearsDown) {
     EXPECT_THAT(Statuses, ElementsAre("Failed Connection", "Disconnected"));
     EXPECT_FALSE(Form.Form().Timer1);
     EXPECT_THAT(Form.Form().List2, IsEmpty());
+}
+
+TEST_F(JoiningWindow, RefusedItIsReadyForAnotherTry) {
+    Requests();
+    Receives(MessageId::RefusePlayer);
+    Ticks();
+    Form.Search();
+    Form.SelectSession(0);
+    Form.Join();
+    Admits(Own);
+    Ticks();
+    EXPECT_EQ(Status(), "Connected to Session");
 }
 
 TEST_F(JoiningWindow, RefusalAfterARepetitionEndsAsOneAfterTheFirstRequest) {
@@ -496,6 +585,14 @@ TEST_F(JoiningWindow, UnloadThatFailsSkipsTheRest) {
     Form.Unload();
     EXPECT_THAT(Happened(), ElementsAre("destroy 77", "close"));
     EXPECT_TRUE(Form.Form().Timer1);
+}
+
+TEST_F(JoiningWindow, CloseAndUnloadOutsideAnySessionDoNoHarm) {
+    Loads();
+    TheScript.Fails = "destroy";
+    Form.Unload();
+    Form.Close();
+    EXPECT_THAT(Happened(), ElementsAre("destroy 0", "destroy 0", "end of the program"));
 }
 
 TEST_F(JoiningWindow, UnloadOnceConnectedKeepsTheSession) {

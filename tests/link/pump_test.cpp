@@ -330,6 +330,26 @@ TEST_F(Pump, AChatFromASenderWithNoRecordIsIgnored) {
     EXPECT_EQ(field.Pilot("N1").Choice, 0);
 }
 
+TEST_F(Pump, WhatAnybodySaysIsHeardByWhoListens) {
+    field.IsServed(2, "N1");
+    field.Enters(3, "N2");
+    field.Types(2, " 3 ");
+    field.Types(3, "hello");
+    std::vector<std::string> heard;
+    PlayerDirectory directory;
+    PumpContext pump{s,
+                     *field.Objects.Dp,
+                     directory,
+                     field,
+                     [] {},
+                     [&](std::string_view name, std::string_view text) {
+                         heard.push_back(std::string(name) + ": " + std::string(text));
+                     }};
+    EXPECT_EQ(MessagePump(pump), std::nullopt);
+    EXPECT_THAT(heard, ElementsAre("N1: 3", "N2: hello"));
+    EXPECT_EQ(field.Pilot("N1").Choice, 3);
+}
+
 TEST_F(Pump, AChatConcernsEveryRecordOfTheSendersNameWhateverItsRole) {
     field.IsServed(2, "TWIN");
     field.Joins(3, "TWIN", MessageId::AdmitObserver);

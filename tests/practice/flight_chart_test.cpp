@@ -4,9 +4,7 @@
 
 #include <cmath>
 
-#include "practice/data_files.h"
-#include "practice/magnetic_field.h"
-#include "practice/station_from_facts.h"
+#include "support/practice_station.h"
 #include "support/test_field.h"
 
 namespace corvenna {
@@ -16,11 +14,7 @@ constexpr double FeetPerMile = 1852 / 0.3048;
 
 /// The chart of one of the shipped airports.
 AirportChart ChartOf(std::string_view code) {
-    static const auto airports = LoadPracticeAirports(DataFile("practice-airports.json"));
-    static const auto variation = WholeDegreeTable(MagneticField::Load(DataFile("igrf.json")), 2002.0);
-    Station station;
-    FillStation(station, FindPracticeAirport(airports, code), airports, variation);
-    return AirportChart(station);
+    return AirportChart(PracticeStation(CORVENNA_TEST_DATA, code));
 }
 
 constexpr const char* WithTaxiways[] = {"KSEA", "LOWI", "KBFI", "SCGE", "KFHR", "KBID", "NZWN"};

@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "practice/data_files.h"
-#include "practice/station_from_facts.h"
-
 namespace corvenna {
 namespace {
 

@@ -6,13 +6,14 @@
 
 #include <cmath>
 #include <fstream>
+#include <iomanip>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "practice/data_files.h"
 #include "practice/made_up_airports.h"
 #include "practice/magnetic_field.h"
-#include "practice/station_from_facts.h"
 #include "station/geometry.h"
 #include "station/numbers.h"
 #include "world/errors.h"
@@ -87,6 +88,13 @@ class ScannedWorld {
 };
 
 // ---- One airport, field by field
+
+/// "121.7", "120": no trailing noughts.
+std::string FrequencyLabel(double megahertz) {
+    std::ostringstream label;
+    label << std::setprecision(7) << megahertz;
+    return label.str();
+}
 
 std::string LabelOf(const PracticeAirport& facts, PracticeRadio::Kind use) {
     for (const PracticeRadio& radio : facts.Radios) {

@@ -7,9 +7,11 @@
 namespace {
 
 std::atomic<std::size_t> allocations = 0;
+std::atomic<std::size_t> limit = corvenna::NoLimit;
 
 void* Allocate(std::size_t size) {
     ++allocations;
+    if (size > limit) throw std::bad_alloc();
     if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
 }
@@ -43,5 +45,7 @@ void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { s
 namespace corvenna {
 
 std::size_t AllocationCount() { return allocations; }
+
+void LimitAllocations(std::size_t bytes) { limit = bytes; }
 
 }  // namespace corvenna

@@ -13,6 +13,7 @@ namespace corvenna {
 struct SessionScript {
     std::vector<std::string> Calls;
     std::string Fails;  ///< the operation that throws
+    std::vector<SessionRecord> Sessions;
 
     void Note(const std::string& operation, const std::string& call) {
         Calls.push_back(call);
@@ -34,7 +35,7 @@ class ScriptedSession final : public Session {
     void InitializeConnection(const std::string& address) override { Note("InitializeConnection", address); }
     std::vector<SessionRecord> GetDPEnumSessions(const SessionRecord&) override {
         Note("GetDPEnumSessions", "");
-        return {};
+        return script_.Sessions;
     }
     void Open(const SessionRecord& session, OpenMode) override { Note("Open", session.SessionName); }
     std::int32_t CreatePlayer(const std::string& friendlyName, const std::string&) override {

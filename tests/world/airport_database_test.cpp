@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "world/bgl_builder.h"
 #include "world/errors.h"
+#include "world/full_airport.h"
 #include "world/temp_folder.h"
 
 namespace corvenna {
@@ -12,77 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
-
-std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
-
-Airport Blank() { return {}; }
-
-Airport Full() {
-    Airport a;
-    a.Name = "T\xE9st";
-    a.Latitude = 47.5;
-    a.Longitude = -122.25;
-    a.Icao = "KTST";
-    a.GroundFreq = "121.9";
-    a.TowerFreq = "118.3";
-    a.CtafFreq = "1";
-    a.MainRunwayId = "16L";
-    a.MainRunwayLatitude = 1;
-    a.MainRunwayLongitude = 2;
-    a.MainRunwayElevation = 433;
-    a.MainRunwayLength = 11901;
-    a.MainRunwayWidth = 150;
-    a.MainRunwayHeading = 162;
-    a.MainRunwayHasIls = -1;
-    a.TaxiPoints = {{1, 47.5, -122.25}};
-    a.TaxiPointCount = 1;
-    a.ParkingSpots = {{{"GATE 1", 85, 3, 4, 0}}};
-    a.ParkingSpotCount = 1;
-    a.TaxiPaths = {{{2, 0, 7, "A"}, {0, -1, 1, ""}}};
-    a.TaxiPathCount = 2;
-    return a;
-}
-
-// clang-format off
-/// Full(), field by field as it stands on disk.
-Bytes FullOnDisk() {
-    return ByteWriter()
-        .Word(4).Text("T\xE9st")    // Name
-        .Double(47.5)                // Latitude
-        .Double(-122.25)             // Longitude
-        .Word(4).Text("KTST")        // Icao
-        .Word(5).Text("121.9")       // GroundFreq
-        .Word(5).Text("118.3")       // TowerFreq
-        .Word(0)                     // ApproachFreq
-        .Word(0)                     // CenterFreq
-        .Word(1).Text("1")           // CtafFreq
-        .Word(3).Text("16L")         // MainRunwayId
-        .Double(1).Double(2)         // its position
-        .Long(433)                   // MainRunwayElevation
-        .Long(11901)                 // MainRunwayLength
-        .Long(150)                   // MainRunwayWidth
-        .Word(162)                   // MainRunwayHeading
-        .Word(0xFFFF)                // MainRunwayHasIls
-        .Word(1).Long(1).Long(0)     // TaxiPoints: one dimension, one element, from 0
-        .Long(1).Double(47.5).Double(-122.25)
-        .Word(1)                     // TaxiPointCount
-        .Word(1).Long(1).Long(0)     // ParkingSpots
-        .Word(6).Text("GATE 1").Long(85).Double(3).Double(4).Byte(0)
-        .Word(1)                     // ParkingSpotCount
-        .Word(1).Long(2).Long(0)     // TaxiPaths
-        .Long(2).Long(0).Long(7).Word(1).Text("A")
-        .Long(0).Long(-1).Long(1).Word(0)
-        .Word(2)                     // TaxiPathCount
-        .Get();
-}
-// clang-format on
-
-AirportList ListOf(const std::vector<Airport>& airports) {
-    AirportList list;
-    for (const Airport& airport : airports) list.Add(airport);
-    return list;
-}
 
 TEST(AirportDatabase, ARecordStandsOnDiskFieldAfterField) {
     TempFolder app;
@@ -124,17 +53,6 @@ TEST(AirportDatabase, ArraysThatWereNeverAllocatedStayUnallocated) {
     EXPECT_THAT(*list.Record(1).TaxiPoints, IsEmpty());
 }
 
-TEST(AirportDatabase, AirportsWithTheSameLabelBothStayAndTheLastIsFound) {
-    Airport late = Full();
-    late.TowerFreq = "late";
-    const AirportList list = ListOf({Full(), late, Blank()});
-    EXPECT_EQ(AirportLabel(list.Fields(0)), "T\xE9st (KTST)");
-    EXPECT_EQ(list.FindLast("T\xE9st (KTST)"), 1);
-    EXPECT_EQ(list.FindLast(" ()"), 2);
-    EXPECT_EQ(list.FindLast("t\xE9st (KTST)"), -1);
-    EXPECT_EQ(list.FindLast(""), -1);
-}
-
 TEST(AirportDatabase, BytesBehindTheRecordsDoNotMatterAndFewerCanBeRead) {
     TempFolder app;
     WriteAirports(app.Path(), ListOf({Full(), Full()}));
@@ -161,39 +79,6 @@ TEST(AirportDatabase, AWrongCountIsRefused) {
     for (const std::int32_t count : {3, 1000000000, 2147483647, -1, -2147483647 - 1}) {
         EXPECT_THROW(ReadAirports(app.Path(), count), FileError) << count;
     }
-}
-
-TEST(AirportDatabase, ArrayHeadsAreCheckedBeforeMemoryIsTaken) {
-    const auto withHead = [](int dimensions, std::int64_t count, std::int64_t lowerBound) {
-        Bytes bytes =
-            ByteWriter().ZerosTo(64).Word(dimensions).Long(count).Long(lowerBound).ZerosTo(300).Get();
-        return WhatIsThrown<DamagedData>([&] { AirportList::FromBytes(Text(bytes), 1); });
-    };
-    EXPECT_THAT(withHead(2, 1, 0), StartsWith("byte 64: an array of 1 dimension from 0 expected, found 2"));
-    EXPECT_THAT(withHead(1, 1, 1), HasSubstr("from 1"));
-    EXPECT_THAT(withHead(1, 2147483647, 0), HasSubstr("2147483647 elements can't stand"));
-    EXPECT_THAT(withHead(1, -1, 0), HasSubstr("-1 elements can't stand"));
-}
-
-TEST(AirportDatabase, ATextTooLongForItsLengthFieldIsRefusedAndTheListIsAsBefore) {
-    AirportList list = ListOf({Full()});
-    Airport a;
-    a.CtafFreq.assign(65535, 'x');
-    list.Add(a);
-    EXPECT_EQ(list.Record(1), a);
-    a.CtafFreq += 'x';
-    EXPECT_THROW(list.Add(a), std::length_error);
-    EXPECT_EQ(list.Count(), 2);
-    EXPECT_EQ(AirportList::FromBytes(std::string(list.Bytes()) + AirportList::SpareRecord(), 2).Count(), 2);
-}
-
-TEST(AirportDatabase, TakingAirportsBackLeavesTheOthers) {
-    AirportList list = ListOf({Full(), Blank(), Full()});
-    list.Truncate(5);
-    EXPECT_EQ(list.Count(), 3);
-    list.Truncate(1);
-    list.Add(Blank());
-    EXPECT_EQ(list.Bytes(), Text(FullOnDisk()) + std::string(76, '\0'));
 }
 
 TEST(AirportDatabase, AMissingFileIsNamed) {

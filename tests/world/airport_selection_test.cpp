@@ -109,6 +109,13 @@ TEST(AirportSelection, AnArrayOfCount0BecomesOneBlankElement) {
     EXPECT_THAT(s.S.AirportTaxiPaths, ElementsAre(TaxiPath{}));
 }
 
+TEST(AirportSelection, ANetworkOfOneNodeIsANetwork) {
+    Airport a = Field();
+    a.TaxiPoints = {{{1, 47.5, -122.25}}};
+    a.TaxiPointCount = 1;
+    EXPECT_THAT(Selection({a}).S.AirportTaxiPoints, ElementsAre(TaxiPoint{1, 47.5, -122.25}));
+}
+
 TEST(AirportSelection, AnArrayWithACountButWithoutElementsBecomesOneBlankElementToo) {
     Airport a = Field();
     a.TaxiPointCount = 5;
@@ -228,19 +235,28 @@ TEST(StationFrequencies, ASuffixCanStandTwice) {
                 ElementsAre("1 (GNDCON)", "1 (CT) (CT)", "1 (CT) (TRACON)", "4"));
 }
 
-TEST(StationFrequencies, AMissingCenterIsThatOfTheFirstNeighbourInTheBoxInListOrder) {
+/// The centre's label of an airport without one, among others in the list.
+std::string CenterAmong(const std::vector<Airport>& others) {
     Airport a = Field();
     a.CenterFreq = "";
-    const auto center = [&](const std::vector<Airport>& others) {
-        std::vector<Airport> all = others;
-        all.insert(all.begin() + 1, a);
-        return Selection(all).S.ArtccFrequency;
-    };
-    EXPECT_EQ(center({Neighbour("Far in the box", 49, -120, "1"), Neighbour("Near", 47, -122.1, "2")}), "1");
-    EXPECT_EQ(center({Neighbour("Outside", 52, -122, "1"), Neighbour("Near", 47, -122.1, "2")}), "2");
-    EXPECT_EQ(center({Neighbour("Without", 47, -122, ""), Neighbour("Near", 47, -122.1, "2")}), "2");
-    EXPECT_EQ(center({Neighbour("Test Field", 47, -122, "1")}), "Air Route Traffic Control Center");
-    EXPECT_EQ(center({Neighbour("Outside", 52, -122, "1")}), "Air Route Traffic Control Center");
+    std::vector<Airport> all = others;
+    all.insert(all.begin() + 1, a);
+    return Selection(all).S.ArtccFrequency;
+}
+
+TEST(StationFrequencies, AMissingCenterIsThatOfTheFirstNeighbourInTheBoxInListOrder) {
+    EXPECT_EQ(CenterAmong({Neighbour("Far in the box", 49, -120, "1"), Neighbour("Near", 47, -122.1, "2")}),
+              "1");
+    EXPECT_EQ(CenterAmong({Neighbour("Outside", 52, -122, "1"), Neighbour("Near", 47, -122.1, "2")}), "2");
+    EXPECT_EQ(CenterAmong({Neighbour("Without", 47, -122, ""), Neighbour("Near", 47, -122.1, "2")}), "2");
+}
+
+TEST(StationFrequencies, ACenterThatNobodyInTheBoxHasIsToldInWords) {
+    EXPECT_EQ(CenterAmong({Neighbour("Outside", 52, -122, "1")}), "Air Route Traffic Control Center");
+}
+
+TEST(StationFrequencies, ASecondCopyOfTheAirportDoesNotSupplyItsCenter) {
+    EXPECT_EQ(CenterAmong({Neighbour("Test Field", 47, -122, "1")}), "Air Route Traffic Control Center");
 }
 
 TEST(StationFrequencies, ANeighbourExactlyOnALimitIsOutside) {

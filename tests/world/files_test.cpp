@@ -6,6 +6,8 @@
 #include <sys/resource.h>
 
 #include <csignal>
+
+#include "world/ordinary_user.h"
 #endif
 
 #include "world/errors.h"
@@ -147,6 +149,44 @@ TEST(ReplaceFile, OnAFullDiskTheOldFileStaysAndTheMessageSaysSo) {
     EXPECT_THAT(what, HasSubstr("nothing was changed"));
     EXPECT_EQ(folder.Read("file"), "old");
     EXPECT_THAT(folder.Names(), ElementsAre("file"));
+}
+
+// ---- Without permission
+
+TEST(Permission, AFolderThatMustNotBeListedIsNamedWithTheReason) {
+    TempFolder folder;
+    folder.Write("locked/a.bgl", "");
+    std::filesystem::permissions(folder.Path("locked"), std::filesystem::perms::none);
+    const OrdinaryUser user;
+    EXPECT_THAT(WhatIsThrown<FileError>([&] { ListBglFiles(folder.Path("locked")); }),
+                HasSubstr("locked: can't be listed: Permission denied"));
+    EXPECT_TRUE(FindFolder(folder.Path("LOCKED")).has_value());
+    EXPECT_FALSE(FindPath(folder.Path("locked/a.bgl")).has_value());
+    EXPECT_FALSE(FindPath(folder.Path("locked/A.BGL")).has_value());
+}
+
+TEST(Permission, AFileThatMustNotBeReadIsNamedWithTheReason) {
+    TempFolder folder;
+    folder.Write("file", "secret");
+    std::filesystem::permissions(folder.Path("file"), std::filesystem::perms::none);
+    const OrdinaryUser user;
+    EXPECT_THAT(WhatIsThrown<FileError>([&] { ReadWholeFile(folder.Path("file")); }),
+                HasSubstr("file: can't be opened: Permission denied"));
+}
+
+TEST(Permission, AFileInAFolderThatMustNotBeChangedStaysAsItIs) {
+    using std::filesystem::perms;
+    TempFolder folder;
+    folder.Write("fixed/file", "old");
+    std::filesystem::permissions(folder.Path("fixed"), perms::owner_read | perms::owner_exec |
+                                                           perms::others_read | perms::others_exec);
+    {
+        const OrdinaryUser user;
+        EXPECT_THAT(WhatIsThrown<FileError>([&] { ReplaceFile(folder.Path("fixed/file"), {"new"}); }),
+                    HasSubstr("file: can't be written: Permission denied"));
+    }
+    EXPECT_EQ(folder.Read("fixed/file"), "old");
+    std::filesystem::permissions(folder.Path("fixed"), perms::owner_all);
 }
 #endif
 

@@ -275,5 +275,23 @@ TEST(OpcodeErrors, AnObjectOf0BytesIsDamageBecauseTheWalkWouldStandStill) {
     EXPECT_THAT(Walk(FileOf({Object({}, 5, 11)})), SizeIs(1));
 }
 
+TEST(OpcodeErrors, EntriesThatLeadToTheSameObjectsAgainAndAgainAreDamage) {
+    constexpr int Entries = 4000;
+    constexpr int Objects = List + 9 * Entries + 1;
+    ByteWriter file;
+    file.ZerosTo(List);
+    for (int entry = 0; entry < Entries; ++entry) {
+        file.Byte(21).ZerosTo(List + 9 * entry + 5).Long(Objects - List);
+    }
+    file.ZerosTo(Objects);
+    for (int object = 0; object < 1000; ++object) {
+        file.Byte(5).ZerosTo(Objects + 12 * object + 10).Word(12);
+    }
+    std::size_t logs = 0;
+    EXPECT_THROW(WalkObjects(file.Byte(0).Byte(0).Get(), List, "x.bgl", [&](const std::string&) { ++logs; }),
+                 DamagedData);
+    EXPECT_LT(logs, 100'000U);
+}
+
 }  // namespace
 }  // namespace corvenna

@@ -272,24 +272,5 @@ TEST(TaxiBlock, ACountBeyondTheBytesPresentIsDamageBeforeAnyMemoryIsTaken) {
                 HasSubstr("leaves the file"));
 }
 
-TEST(ToSingle, TheWordOfNoughtIs0AndAnExponentOfNoughtIsOneLikeAnyOther) {
-    EXPECT_EQ(ToSingle(0), 0.0);
-    EXPECT_EQ(ToSingle(std::bit_cast<std::int32_t>(1.5F)), 1.5);
-    EXPECT_EQ(ToSingle(std::bit_cast<std::int32_t>(-250.25F)), -250.25);
-    EXPECT_EQ(ToSingle(1), std::ldexp(1 + 1 / 8388608.0, -127));
-    EXPECT_EQ(ToSingle(std::numeric_limits<std::int32_t>::min()), -std::ldexp(1, -127));
-}
-
-TEST(ReadShort, LessensNegativeNumbersByOneTooLittle) {
-    const std::vector<std::uint8_t> bytes = {0xFF, 0x7F, 0x00, 0x80, 0xFF, 0xFF, 0xFE, 0xFF};
-    const ByteReader reader(bytes);
-    EXPECT_EQ(reader.ReadShort(0), 32767);
-    EXPECT_EQ(reader.ReadShort(2), -32767);
-    EXPECT_EQ(reader.ReadShort(4), 0);
-    EXPECT_EQ(reader.ReadShort(6), -1);
-    EXPECT_THROW(reader.ReadShort(7), DamagedData);
-    EXPECT_THROW(reader.ReadShort(-1), DamagedData);
-}
-
 }  // namespace
 }  // namespace corvenna

@@ -19,7 +19,13 @@ constexpr std::string_view Reset = "\x1b[0m";
 constexpr char ForYouMark = '*';
 constexpr char NoMark = ' ';
 
-/// Control characters in somebody's text must not reach the terminal.
+std::string Clock(std::chrono::milliseconds time) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
+    return fmt::format("{:02}:{:02}", seconds / 60, seconds % 60);
+}
+
+}  // namespace
+
 std::string Printable(std::string_view text) {
     std::string printable(text);
     for (char& c : printable) {
@@ -30,13 +36,6 @@ std::string Printable(std::string_view text) {
     }
     return CodePageToUtf8(printable);
 }
-
-std::string Clock(std::chrono::milliseconds time) {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
-    return fmt::format("{:02}:{:02}", seconds / 60, seconds % 60);
-}
-
-}  // namespace
 
 void RadioPrinter::Controller(std::chrono::milliseconds time, std::string_view frequency,
                               std::string_view text, bool forYou) {

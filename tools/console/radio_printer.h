@@ -8,6 +8,10 @@
 
 namespace corvenna {
 
+/// A text of the 8-bit code page for the screen, in UTF-8. Control characters in somebody's text must not
+/// reach the terminal: they become "?".
+std::string Printable(std::string_view text);
+
 /// Shows the radio traffic on a terminal, one line a message: time since the start, frequency, text. Texts
 /// come as bytes of the 8-bit code page and appear as UTF-8. Each line is out at once. All operations throw
 /// std::runtime_error when it can't be written.

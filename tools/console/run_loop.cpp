@@ -22,23 +22,23 @@ TerminalInput FasterTerminal::Wait(std::chrono::milliseconds atMost) {
     return terminal_.Wait((atMost + std::chrono::milliseconds(speed_ - 1)) / speed_);
 }
 
-void RunPractice(PracticeConsole& practice, Terminal& terminal,
-                 std::optional<std::chrono::milliseconds> length) {
-    while (!practice.Over()) {
+void RunConsole(ConsoleProgram& program, Terminal& terminal,
+                std::optional<std::chrono::milliseconds> length) {
+    while (!program.Over()) {
         auto now = terminal.Now();
         if (length) now = std::min(now, *length);
-        practice.Step(now);
-        if (practice.Over() || (length && now >= *length)) break;
+        program.Step(now);
+        if (program.Over() || (length && now >= *length)) break;
 
-        const auto due = length ? std::min(practice.NextDue(), *length) : practice.NextDue();
+        const auto due = length ? std::min(program.NextDue(), *length) : program.NextDue();
         const TerminalInput input =
             terminal.Wait(std::max(due - terminal.Now(), std::chrono::milliseconds(0)));
         for (const std::string& line : input.Lines) {
-            if (const std::string_view text = WithoutBlanks(line); !text.empty()) practice.Type(text);
+            if (const std::string_view text = WithoutBlanks(line); !text.empty()) program.Type(text);
         }
-        if (input.StopAsked || (input.EndOfInput && !length)) break;
+        if (input.StopAsked || (input.EndOfInput && !length && program.EndsWithInput())) break;
     }
-    practice.Leave();
+    program.Leave();
 }
 
 }  // namespace corvenna

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/console/practice_console.h"
+#include "tools/console/console_program.h"
 
 namespace corvenna {
 
@@ -42,9 +42,9 @@ class FasterTerminal final : public Terminal {
     int speed_;
 };
 
-/// Runs a practice until its time is over, the person asks for its end, or the session ends; without a
-/// length also until the end of the input. The session has been left when it returns, or throws.
-void RunPractice(PracticeConsole& practice, Terminal& terminal,
-                 std::optional<std::chrono::milliseconds> length);
+/// Runs a program until its time is over, the person asks for its end, or it ends by itself; without a length
+/// also until the end of the input, if it is of no use without. It has left its session when this returns, or
+/// throws.
+void RunConsole(ConsoleProgram& program, Terminal& terminal, std::optional<std::chrono::milliseconds> length);
 
 }  // namespace corvenna

@@ -8,6 +8,8 @@
 #include <stdexcept>
 
 #include "station/code_page.h"
+#include "tools/console/radio_printer.h"
+#include "tools/console/session_name.h"
 
 namespace corvenna {
 
@@ -77,23 +79,25 @@ void RunHost(const HostOptions& options, const directplay::SocketOptions& socket
     directPlay.Sockets.NameServer = options.Port;
 
     const auto print = [&](const std::string& line) { out << line << std::endl; };
-    SimulatorPilot pilot{Utf8ToCodePage(options.Pilot), "Practice aircraft", options.Observer, {}};
+    const std::string sessionName = NameInSession(options.SessionName, "the session's name");
+    SimulatorPilot pilot{
+        NameInSession(options.Pilot, "the host's own name"), "Practice aircraft", options.Observer, {}};
     if (!options.Position.empty()) pilot.Where = ParsePosition(options.Position);
     SimulatorEvents events;
     events.Heard = [&](std::string_view from, std::string_view text) {
-        print(fmt::format("{}> {}", CodePageToUtf8(from), CodePageToUtf8(text)));
+        print(fmt::format("{}> {}", Printable(from), Printable(text)));
     };
-    events.Noted = [&](std::string_view line) { print(CodePageToUtf8(line)); };
+    events.Noted = [&](std::string_view line) { print(Printable(line)); };
 
     auto session = std::make_unique<DirectPlaySession>(directPlay);
     DirectPlaySession& dp = *session;
     SimulatorPeer peer(std::move(session), pilot, events);
-    peer.Host(Utf8ToCodePage(options.SessionName), options.Players);
+    peer.Host(sessionName, options.Players);
     print(fmt::format("ready: {} at {}", options.SessionName, Address(options, dp.NameServerPort())));
 
     while (peer.InStage() == SimulatorPeer::Stage::Flying) {
         peer.Step(terminal.Now());
-        for (const std::string& line : dp.TakeNotices()) print(CodePageToUtf8(line));
+        for (const std::string& line : dp.TakeNotices()) print(Printable(line));
         const TerminalInput input = terminal.Wait(StepInterval);
         for (const std::string& line : input.Lines) Type(peer, line, print);
         if (input.StopAsked) break;

@@ -1,24 +1,15 @@
 #pragma once
 
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "practice/magnetic_field.h"
-#include "practice/station_from_facts.h"
+#include "support/practice_station.h"
 
 namespace corvenna {
 
 /// A station at one of the shipped airports.
-inline Station PracticeField(std::string_view code) {
-    const std::filesystem::path data(CORVENNA_TEST_DATA);
-    static const auto airports = LoadPracticeAirports(data / "practice-airports.json");
-    static const auto variation = WholeDegreeTable(MagneticField::Load(data / "igrf.json"), 2002.0);
-    Station station;
-    FillStation(station, FindPracticeAirport(airports, code), airports, variation);
-    return station;
-}
+inline Station PracticeField(std::string_view code) { return PracticeStation(CORVENNA_TEST_DATA, code); }
 
 /// What was printed, line by line.
 inline std::vector<std::string> LinesOf(const std::ostringstream& out) {

@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "tools/console/practice_console.h"
 #include "tools/console/practice_field.h"
 
 namespace corvenna {
@@ -40,7 +41,7 @@ class ScriptedTerminal final : public Terminal {
 
 class RunLoopTest : public testing::Test {
   protected:
-    void Run(std::optional<std::chrono::milliseconds> length) { RunPractice(Practice, Screen, length); }
+    void Run(std::optional<std::chrono::milliseconds> length) { RunConsole(Practice, Screen, length); }
 
     std::ostringstream Out;
     RadioPrinter Printer{Out, false};
@@ -106,7 +107,7 @@ TEST_F(RunLoopTest, LinesThatComeWithTheEndOfTheInputAreKeptWhenItGoesOn) {
 
 TEST_F(RunLoopTest, OnAFasterTerminalAllTimeRunsFaster) {
     FasterTerminal faster(Screen, 20);
-    RunPractice(Practice, faster, 60000ms);
+    RunConsole(Practice, faster, 60000ms);
     EXPECT_EQ(Screen.Now(), 3000ms);
     EXPECT_THAT(LinesOf(Out).back(), StartsWith("01:00          The session is left. Pilots served: 1"));
 }

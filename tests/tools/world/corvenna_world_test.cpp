@@ -24,9 +24,10 @@ class WorldTool : public testing::Test {
         std::string Out, Err;
     };
 
-    Outcome Run(const std::string& arguments) {
-        const std::string command =
-            "cd '" + folder.Path() + "' && '" CORVENNA_WORLD_TOOL "' " + arguments + " >out.txt 2>err.txt";
+    /// `before` is what the shell does ahead of the program.
+    Outcome Run(const std::string& arguments, const std::string& before = "") {
+        const std::string command = "cd '" + folder.Path() + "' && " + before + "'" CORVENNA_WORLD_TOOL "' " +
+                                    arguments + " >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         return {WEXITSTATUS(status), folder.Read("out.txt"), folder.Read("err.txt")};
     }
@@ -105,11 +106,34 @@ TEST_F(WorldTool, ScanWithoutMagdecOrSceneryCfgLeavesNoAirports) {
     }
 }
 
+/// A thousand airports of one file make a database of more than the 100 blocks that files may grow to.
+TEST_F(WorldTool, ScanOntoAFullDiskLeavesNothingHalfWrittenAndSaysSo) {
+    MakeSim();
+    BglBuilder file;
+    for (int i = 0; i < 1000; ++i) file.First("Field " + std::to_string(i), AirportBuilder().Ident("X"));
+    folder.Write("sim/Scenery/One/Scenery/Many.bgl", file.Get());
+    const Outcome scan = Run("scan sim app", "trap '' XFSZ && ulimit -f 100 && ");
+    EXPECT_EQ(scan.Status, 1);
+    EXPECT_THAT(scan.Err,
+                MatchesRegex("app/world_airports.dat: can't be written: [^\n]*; nothing was changed\n"));
+    EXPECT_FALSE(folder.Has("app/world_airports.dat"));
+    EXPECT_FALSE(folder.Has("app/world_airports.dat.new"));
+    EXPECT_EQ(folder.Read("app/Corvenna.cfg"), std::string("\3\0sim\0\0\0\0", 9));
+}
+
 TEST_F(WorldTool, ScanIntoAFolderThatIsNotThereFails) {
     MakeSim();
     const Outcome scan = Run("scan sim nowhere");
     EXPECT_EQ(scan.Status, 1);
     EXPECT_THAT(scan.Err, MatchesRegex("nowhere/Corvenna.cfg: can't be written: [^\n]*\n"));
+}
+
+TEST_F(WorldTool, OutputThatCanNotBeWrittenIsAFailureWithOneLine) {
+    ScanSim();
+    const std::string command =
+        "cd '" + folder.Path() + "' && '" CORVENNA_WORLD_TOOL "' list app >/dev/full 2>err.txt";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+    EXPECT_EQ(folder.Read("err.txt"), "standard output can't be written\n");
 }
 
 TEST_F(WorldTool, DumpPrintsTheLastRecordOfALabel) {
@@ -183,6 +207,17 @@ TEST_F(WorldTool, WalkOfADamagedListFailsInOneLine) {
     EXPECT_EQ(Run("walk nothing.bgl 0 any.bgl").Status, 1);
 }
 
+TEST_F(WorldTool, WalkTakesItsOffsetAsAPlainDecimalNumber) {
+    folder.Write("objects.bgl", ByteWriter().ZerosTo(10).Byte(21).ZerosTo(15).Long(5000).Get());
+    EXPECT_EQ(Run("walk objects.bgl 010 any.bgl").Err,
+              "objects.bgl: byte 5010: a read of 1 bytes leaves the file\n");
+    for (const char* const offset : {"0x10", "1.5", "1e1", "''", "99999999999999999999"}) {
+        const Outcome walk = Run(std::string("walk objects.bgl ") + offset + " any.bgl");
+        EXPECT_EQ(walk.Status, 2) << offset;
+        EXPECT_EQ(walk.Out, "") << offset;
+    }
+}
+
 TEST_F(WorldTool, DrawWritesAnSvgAndPrintsNothing) {
     ScanSim();
     const Outcome draw = Run("draw app 'M\xFCnchen (KTST)' field.svg");
@@ -204,7 +239,7 @@ TEST_F(WorldTool, AWrongCommandLineIsStatus2) {
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.Status, 2) << arguments;
         EXPECT_EQ(outcome.Out, "") << arguments;
-        EXPECT_NE(outcome.Err, "") << arguments;
+        EXPECT_THAT(outcome.Err, MatchesRegex("corvenna-world: [^\n]+\n")) << arguments;
     }
     EXPECT_EQ(Run("--help").Status, 0);
     EXPECT_EQ(Run("scan --help").Status, 0);

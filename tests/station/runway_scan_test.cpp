@@ -1,7 +1,8 @@
+#include "station/runway_scan.h"
+
 #include <gtest/gtest.h>
 
 #include "station/geometry.h"
-#include "station/runway_scan.h"
 #include "support/test_field.h"
 
 namespace corvenna {
