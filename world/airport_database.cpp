@@ -72,15 +72,19 @@ AirportList ReadDatabase(std::string_view appFolder) {
 }
 
 bool DatabaseIsThere(std::string_view appFolder) {
-    const bool airports = FindPlainFile(JoinPath(appFolder, AirportsName)).has_value();
-    const bool config = FindPlainFile(JoinPath(appFolder, ConfigName)).has_value();
-    if (airports && config) return true;
-    RemoveDatabase(appFolder);
+    const auto isThere = [&](std::string_view name) {
+        return FindPlainFile(JoinPath(appFolder, name)).has_value();
+    };
+    if (!isThere(AirportsName)) RemoveFile(PathOf(appFolder, ConfigName));
+    if (isThere(ConfigName)) return true;
+    RemoveAirports(appFolder);
     return false;
 }
 
+void RemoveAirports(std::string_view appFolder) { RemoveFile(PathOf(appFolder, AirportsName)); }
+
 void RemoveDatabase(std::string_view appFolder) {
-    RemoveFile(PathOf(appFolder, AirportsName));
+    RemoveAirports(appFolder);
     RemoveFile(PathOf(appFolder, ConfigName));
 }
 

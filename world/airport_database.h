@@ -35,8 +35,12 @@ void WriteAirports(std::string_view appFolder, const AirportList& airports);
 /// Both files read, the count being that of the configuration.
 AirportList ReadDatabase(std::string_view appFolder);
 
-/// The test at each start: a database is there if both files are. A file without the other one is deleted.
+/// The test at each start: a database is there if both files are. A file without the other one is deleted; a
+/// configuration that can't be deleted counts as a database, and what it lacks shows when it is read.
 bool DatabaseIsThere(std::string_view appFolder);
+
+/// Deletes world_airports.dat, if it is there.
+void RemoveAirports(std::string_view appFolder);
 
 /// Deletes both files, as far as they are there.
 void RemoveDatabase(std::string_view appFolder);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "world/airport_list.h"
@@ -40,6 +41,7 @@ class SceneryScan {
     bool Tick();
 
     const AirportList& Airports() const { return airports_; }
+    AirportList TakeAirports() { return std::exchange(airports_, {}); }  ///< when the scan is over
     std::int32_t AreaCount() const { return static_cast<std::int32_t>(areas_.size()); }
 
   private:

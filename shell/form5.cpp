@@ -1,0 +1,55 @@
+#include "shell/form5.h"
+
+#include <QVBoxLayout>
+
+#include "shell/picture.h"
+
+namespace corvenna {
+
+namespace {
+
+constexpr const char* Purpose =
+    "Corvenna is an automatic air traffic controller for multiplayer sessions of Microsoft Flight Simulator "
+    "2002. It joins a session as a participant who never flies, and guides each pilot in the text chat: on "
+    "the ground, in the pattern, under way and back to the gate. Pilots answer with a digit.";
+
+constexpr const char* Credits =
+    "Program: Dravik\n"
+    "Magnetic field: the International Geomagnetic Reference Field\n"
+    "Terrain: elevation grids and lists of summits in the public domain\n"
+    "Windows: the Qt toolkit";
+
+}  // namespace
+
+Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
+    auto* const picture = new Picture;
+    picture->setObjectName("Picture1");
+    QLabel* const label1 = NewLabel("Label1", "CORVENNA VERSION 1.3");
+    PutTitleOnPicture(*label1, 1.3);
+    auto* const title = new QVBoxLayout(picture);
+    title->setContentsMargins({});
+    title->addStretch();
+    title->addWidget(label1);
+
+    QLabel* const label2 = NewLabel("Label2", Purpose);
+    label2->setWordWrap(true);
+    QGroupBox* const frame1 = NewFrame("Frame1", "Credits");
+    QLabel* const credits = NewLabel("Label3", Credits);
+    credits->setWordWrap(true);
+    (new QVBoxLayout(frame1))->addWidget(credits);
+
+    QPushButton* const command1 = NewButton("Command1", "&OK");
+    command1->setDefault(true);
+    command1->setShortcut(Qt::Key_Escape);
+    OnClick(command1, "The about window", [this] { Depart(); });
+
+    auto* const controls = new QVBoxLayout;
+    controls->addWidget(picture, 1);
+    controls->addWidget(label2);
+    controls->addWidget(frame1);
+    controls->addWidget(command1, 0, Qt::AlignRight);
+    SetControls(controls, 0);
+    command1->setFocus();
+}
+
+}  // namespace corvenna

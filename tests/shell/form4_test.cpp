@@ -1,0 +1,153 @@
+#include "shell/form4.h"
+
+#include <gmock/gmock.h>
+
+#include "shell/host_thread.h"
+#include "shell/shell_scene.h"
+
+namespace corvenna {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A station at Seattle, in the session of a host.
+struct AtTheStation {
+    AtTheStation() { Scene.OpensStation(); }
+
+    const QLabel& Label() const { return Scene.Label("Form4", "Label1"); }
+    std::vector<bool> Buttons() const {
+        return {Scene.Button("Form4", "Command2").isEnabled(), Scene.Button("Form4", "Command1").isEnabled(),
+                Scene.Button("Form4", "Command3").isEnabled()};
+    }
+    Qt::BrushStyle Fill(const char* lamp) const { return Scene.Find<Lamp>("Form4", lamp).Fill(); }
+    QColor Colour() const { return Label().palette().color(QPalette::WindowText); }
+    std::size_t Participants() {
+        std::size_t count = 0;
+        Host.Do([&](SimulatorPeer& simulator) { count = simulator.Dp().GetDPEnumPlayers().size(); });
+        return count;
+    }
+
+    HostThread Host;
+    ShellScene Scene{Host.Port()};
+};
+
+TEST(Form4, OpensWithoutMonitoring) {
+    AtTheStation at;
+    EXPECT_EQ(at.Label().text(), "NOT MONITORING TRAFFIC");
+    EXPECT_EQ(at.Colour(), QColor(0, 128, 0));
+    EXPECT_EQ(at.Fill("Shape2"), Qt::DiagCrossPattern);
+    EXPECT_EQ(at.Fill("Shape3"), Qt::SolidPattern);
+    EXPECT_THAT(at.Buttons(), ElementsAre(true, false, true));
+    EXPECT_FALSE(at.Scene.Timer("Form4", "ATC_Timer").isActive());
+    EXPECT_TRUE(at.Scene.Timer("Form4", "Connection_Timer").isActive());
+    EXPECT_TRUE(at.Scene.Timer("Form4", "Refresh_Players").isActive());
+    EXPECT_EQ(at.Scene.Timer("Form4", "ATC_Timer").interval(), 1000);
+    EXPECT_EQ(at.Scene.Timer("Form4", "Connection_Timer").interval(), 100);
+    EXPECT_EQ(at.Scene.Timer("Form4", "Refresh_Players").interval(), 30000);
+}
+
+TEST(Form4, StartsAndStopsMonitoring) {
+    AtTheStation at;
+    at.Scene.Press("Form4", "Command2");
+    EXPECT_EQ(at.Label().text(), "MONITORING TRAFFIC");
+    EXPECT_EQ(at.Colour(), QColor(128, 0, 0));
+    EXPECT_EQ(at.Fill("Shape2"), Qt::SolidPattern);
+    EXPECT_EQ(at.Fill("Shape3"), Qt::DiagCrossPattern);
+    EXPECT_THAT(at.Buttons(), ElementsAre(false, true, true));
+    EXPECT_TRUE(at.Scene.Timer("Form4", "ATC_Timer").isActive());
+    at.Scene.Press("Form4", "Command1");
+    EXPECT_EQ(at.Label().text(), "NOT MONITORING TRAFFIC");
+    EXPECT_EQ(at.Colour(), QColor(0, 128, 0));
+    EXPECT_THAT(at.Buttons(), ElementsAre(true, false, true));
+    EXPECT_FALSE(at.Scene.Timer("Form4", "ATC_Timer").isActive());
+}
+
+TEST(Form4, APilotIsWelcomedWhileMonitoring) {
+    AtTheStation at;
+    at.Scene.Press("Form4", "Command2");
+    at.Scene.Fire("Form4", "Refresh_Players");
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.Program.TheStation().PlayerCount() == 1; }));
+    at.Scene.Fire("Form4", "ATC_Timer");
+    EXPECT_TRUE(at.Scene.Until([&] { return !at.Host.Heard().empty(); }));
+    EXPECT_THAT(at.Host.Heard(), Contains(HasSubstr("Welcome to Corvenna v1.3")));
+}
+
+TEST(Form4, ClosedByItsButtonItLeavesTheSessionAndTheAirportsCome) {
+    AtTheStation at;
+    EXPECT_EQ(at.Participants(), 2U);
+    at.Scene.Press("Form4", "Command2");
+    at.Scene.Press("Form4", "Command3");
+    EXPECT_THAT(at.Scene.Open(), ElementsAre("Form2"));
+    EXPECT_EQ(at.Scene.Program.TheStation().AirportName, "");
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Participants() == 1; }));
+}
+
+TEST(Form4, ItsCloseBoxDoesTheSame) {
+    AtTheStation at;
+    at.Scene.Press("Form4", "Command2");
+    at.Scene.CloseBox("Form4");
+    EXPECT_THAT(at.Scene.Open(), ElementsAre("Form2"));
+    EXPECT_EQ(at.Scene.Program.TheStation().AirportName, "");
+    EXPECT_EQ(at.Scene.Person.Boxes.size(), 1U);  // that of the connection
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Participants() == 1; }));
+}
+
+TEST(Form4, RemovedFromTheSessionTheStationCloses) {
+    AtTheStation at;
+    at.Host.Do([](SimulatorPeer& simulator) { simulator.Remove("KSEA_Controller"); });
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.IsOpen("Form2"); }));
+    EXPECT_EQ(at.Scene.Person.Boxes.back(),
+              (SeenBox{BoxIcon::Information,
+                       "The host had removed you from the multiplayer session, Corvenna "
+                       "closes multiplayer session."}));
+    EXPECT_THAT(at.Scene.Open(), ElementsAre("Form2"));
+    EXPECT_FALSE(at.Scene.Program.TheStation().SessionOpen);
+}
+
+TEST(Form4, WithTheHostGoneAndNobodyLeftTheStationCloses) {
+    AtTheStation at;
+    at.Host.Do([](SimulatorPeer& simulator) { simulator.Leave(); });
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.IsOpen("Form2"); }));
+    EXPECT_EQ(at.Scene.Person.Boxes.back(),
+              (SeenBox{BoxIcon::Information,
+                       "The FS multiplayer connection was lost, Corvenna closes "
+                       "multiplayer session."}));
+}
+
+TEST(Form4, WithTheHostGoneAndAPilotLeftTheStationHosts) {
+    AtTheStation at;
+    at.Host.Joins("N1");
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.Program.TheStation().PlayerCount() == 1; }));
+    at.Host.Do([](SimulatorPeer& simulator) { simulator.Leave(); });
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.Person.Boxes.size() == 2; }));
+    EXPECT_EQ(at.Scene.Person.Boxes.back(),
+              (SeenBox{BoxIcon::Information,
+                       "The original host had left the session, Corvenna is now hosting "
+                       "the session."}));
+    EXPECT_THAT(at.Scene.Open(), ElementsAre("Form4"));
+    EXPECT_TRUE(at.Scene.Program.TheStation().SessionHost);
+}
+
+TEST(Form4, WhileABoxIsOpenTheTimersRest) {
+    AtTheStation at;
+    at.Scene.Press("Form4", "Command2");
+    at.Scene.Fire("Form4", "Refresh_Players");
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.Program.TheStation().PlayerCount() == 1; }));
+    std::size_t heardInBox = 1;
+    at.Scene.Person.WhileOpen = [&](QMessageBox&) {
+        at.Scene.Fire("Form4", "ATC_Timer");
+        at.Scene.Fire("Form4", "Refresh_Players");
+        at.Scene.Press("Form4", "Command1");
+        heardInBox = at.Host.Heard().size();
+        EXPECT_EQ(at.Label().text(), "MONITORING TRAFFIC");
+    };
+    const std::size_t before = at.Host.Heard().size();
+    at.Host.Do([](SimulatorPeer& simulator) { simulator.Remove("KSEA_Controller"); });
+    EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.IsOpen("Form2"); }));
+    EXPECT_EQ(heardInBox, before);
+}
+
+}  // namespace
+}  // namespace corvenna
