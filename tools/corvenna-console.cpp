@@ -9,9 +9,10 @@
 #include "station/code_page.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/join_program.h"
-#include "tools/console/posix_terminal.h"
 #include "tools/console/practice_console.h"
 #include "tools/console/session_name.h"
+#include "tools/console/system_terminal.h"
+#include "tools/platform/platform.h"
 #include "world/airport_check.h"
 
 namespace {
@@ -133,7 +134,7 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
     TellFindings(station);
 
-    PosixTerminal keyboard;
+    SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, options.Speed);
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
     if (options.JoinHost) {
@@ -145,7 +146,7 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
 }
 
 void Search(const std::string& host) {
-    PosixTerminal keyboard;
+    SystemTerminal keyboard;
     RunSearch(host, {}, keyboard, std::cout);
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
@@ -162,7 +163,8 @@ int main(int argc, char** argv) {
     CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
     AddOptions(app, options);
     try {
-        app.parse(argc, argv);
+        const CommandLine words(argc, argv, Spelling::Utf8);
+        app.parse(words.Count(), words.Words());
         if (options.SearchHost) {
             Search(*options.SearchHost);
             return 0;

@@ -1,7 +1,6 @@
 // A simulator to practise with, for everybody who doesn't have the real one.
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <chrono>
@@ -19,7 +18,8 @@
 #include "practice/practice_folder.h"
 #include "practice/world_writer.h"
 #include "tools/console/data_folder.h"
-#include "tools/console/posix_terminal.h"
+#include "tools/console/system_terminal.h"
+#include "tools/platform/platform.h"
 #include "tools/practice/fly_program.h"
 #include "tools/practice/host_program.h"
 #include "tools/practice/run_program.h"
@@ -92,7 +92,7 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
 }
 
 void Host(const HostOptions& options) {
-    PosixTerminal terminal;
+    SystemTerminal terminal;
     RunHost(options, {}, terminal, std::cout);
 }
 
@@ -200,7 +200,7 @@ void AddFlyOptions(CLI::App& command, FlyArguments& options) {
 }
 
 void FlyInSession(const FlyArguments& arguments) {
-    PosixTerminal keyboard;
+    SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, arguments.Join.Speed);
     FlyOptions options;
     options.Access = Access(arguments.Join);
@@ -236,13 +236,13 @@ void AddSitOptions(CLI::App& command, SitArguments& options) {
 }
 
 void SitInSession(const SitArguments& arguments) {
-    PosixTerminal keyboard;
+    SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, arguments.Join.Speed);
     SitOptions options;
     options.Access = Access(arguments.Join);
     options.Name = arguments.Name;
     options.Spot = arguments.Spot;
-    options.Scripted = isatty(STDIN_FILENO) == 0;
+    options.Scripted = !InputIsTerminal();
     RunSit(options, terminal, std::cout);
 }
 
@@ -277,7 +277,7 @@ void AddRunOptions(CLI::App& command, RunArguments& options) {
 }
 
 void RunAll(RunArguments arguments) {
-    PosixTerminal keyboard;
+    SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, arguments.Speed);
     RunOptions& options = arguments.Run;
     options.App = PracticeFolder(arguments.App, arguments.Data);
@@ -315,8 +315,9 @@ int Run(int argc, char** argv) {
     CLI::App* const runCommand =
         app.add_subcommand("run", "A whole practice: session, pilots and controller");
     AddRunOptions(*runCommand, run);
+    const CommandLine words(argc, argv, Spelling::Utf8);
     try {
-        app.parse(argc, argv);
+        app.parse(words.Count(), words.Words());
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }

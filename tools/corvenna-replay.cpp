@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "tools/platform/platform.h"
 #include "tools/replay/script.h"
 
 namespace {
@@ -17,8 +18,10 @@ int main(int argc, char** argv) {
     std::string file;
     CLI::App app(Description);
     app.add_option("SCRIPT", file, "The script to run")->required();
+    const corvenna::CommandLine words(argc, argv, corvenna::Spelling::Utf8);
+    corvenna::KeepLineEnds();
     try {
-        app.parse(argc, argv);
+        app.parse(words.Count(), words.Words());
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : ScriptUnreadable;
     }

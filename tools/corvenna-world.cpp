@@ -6,16 +6,9 @@
 #include <cstdio>
 #include <iostream>
 
-#ifdef _WIN32
-#include <io.h>
-#define isatty _isatty
-#define fileno _fileno
-#else
-#include <unistd.h>
-#endif
-
 #include "station/code_page.h"
 #include "station/geometry.h"
+#include "tools/platform/platform.h"
 #include "tools/world/world_json.h"
 #include "world/airport_check.h"
 #include "world/airport_database.h"
@@ -69,7 +62,7 @@ class ScanDisplay final : public ScanObserver {
         std::fflush(stderr);
     }
 
-    bool terminal_ = isatty(fileno(stderr)) != 0;
+    bool terminal_ = ErrorOutputIsTerminal();
     std::int32_t total_ = 0;
     std::int32_t skipped_ = 0;
     std::string title_;
@@ -158,6 +151,7 @@ void Walk(const std::string& file, std::int64_t offset, const std::string& name)
     try {
         WalkObjects(buffer, offset, name, [](const std::string& log) { std::cout << log; });
     } catch (const OpcodeError& error) {
+        OfferOnClipboard(error.Log());
         std::cout << error.Log() << '\n' << error.what() << '\n';
         throw Failed{};
     } catch (const DamagedData& damage) {
@@ -178,6 +172,8 @@ int Run(int argc, char** argv) {
     CLI::App app("Scenery and airport database files of Corvenna.");
     app.require_subcommand(1);
     std::string simFolder, appFolder, label;
+    const CommandLine words(argc, argv, Spelling::Files);
+    KeepLineEnds();
 
     CLI::App* const scan = app.add_subcommand("scan", "Build the airport database from the scenery");
     scan->add_option("SIMFOLDER", simFolder, "The simulator's main folder")->required();
@@ -217,7 +213,7 @@ int Run(int argc, char** argv) {
     walk->callback([&] { Walk(file, DecimalOffset(offset), name); });
 
     try {
-        app.parse(argc, argv);
+        app.parse(words.Count(), words.Words());
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {

@@ -1,7 +1,5 @@
 // Makes world_terrain.db, or a finer file for one region, from elevation grids and lists of known heights.
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
@@ -9,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/platform/platform.h"
 #include "tools/terrain/ascii_grid.h"
 #include "tools/terrain/hgt_tile.h"
 #include "tools/terrain/input_file.h"
@@ -105,7 +104,7 @@ class ProgressLine {
     }
 
   private:
-    bool terminal_ = isatty(STDERR_FILENO) == 1;
+    bool terminal_ = ErrorOutputIsTerminal();
     bool shown_ = false;
     std::chrono::steady_clock::time_point next_;
 };
@@ -147,8 +146,9 @@ int Run(int argc, char** argv) {
     Options options;
     CLI::App app(About, "make-terrain");
     Describe(app, options);
+    const CommandLine words(argc, argv, Spelling::Files);
     try {
-        app.parse(argc, argv);
+        app.parse(words.Count(), words.Words());
         CheckTogether(options);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;

@@ -12,6 +12,10 @@
 
 #ifdef _WIN32
 #include <io.h>
+#include <windows.h>
+#undef ReplaceFile
+
+#include "station/code_page.h"
 #else
 #include <unistd.h>
 #endif
@@ -52,10 +56,20 @@ bool IsPlainFile(const fs::path& path) {
 
 std::string LastError() { return std::strerror(errno); }
 
+enum class OpenMode { Read, Write };
+
+OpenedFile Open(const fs::path& path, OpenMode mode) {
+#ifdef _WIN32
+    return OpenedFile(_wfopen(path.c_str(), mode == OpenMode::Read ? L"rb" : L"wb"));
+#else
+    return OpenedFile(std::fopen(path.c_str(), mode == OpenMode::Read ? "rb" : "wb"));
+#endif
+}
+
 OpenedFile OpenToRead(const fs::path& path) {
-    if (IsFolder(path)) throw FileError(path.string(), "is a folder, not a file");
-    OpenedFile file(std::fopen(path.string().c_str(), "rb"));
-    if (!file) throw FileError(path.string(), "can't be opened: " + LastError());
+    if (IsFolder(path)) throw FileError(BytesOf(path), "is a folder, not a file");
+    OpenedFile file = Open(path, OpenMode::Read);
+    if (!file) throw FileError(BytesOf(path), "can't be opened: " + LastError());
     return file;
 }
 
@@ -69,7 +83,7 @@ void AppendContent(const fs::path& path, std::FILE* file, std::size_t limit, Byt
         limit -= read;
         if (read == 0) break;
     }
-    if (std::ferror(file) != 0) throw FileError(path.string(), "can't be read: " + LastError());
+    if (std::ferror(file) != 0) throw FileError(BytesOf(path), "can't be read: " + LastError());
 }
 
 /// Names in a folder that fit but for upper and lower case, the exact one first, the others sorted.
@@ -78,7 +92,7 @@ std::vector<std::string> FittingNames(const fs::path& folder, const std::string&
     std::error_code failure;
     for (fs::directory_iterator entry(folder.empty() ? "." : folder, failure), end; !failure && entry != end;
          entry.increment(failure)) {
-        std::string found = entry->path().filename().string();
+        std::string found = BytesOf(entry->path().filename());
         if (found != name && EqualIgnoringCase(found, name)) names.push_back(std::move(found));
     }
     std::sort(names.begin(), names.end());
@@ -90,7 +104,7 @@ std::optional<fs::path> FindBelow(const fs::path& folder, std::span<const std::s
                                   KindOfEntry fits) {
     const bool last = names.size() == 1;
     for (const std::string& name : FittingNames(folder, names.front())) {
-        const fs::path next = folder / name;
+        const fs::path next = folder / PathOf(name);
         if (last && fits(next)) return next;
         if (last || !IsFolder(next)) continue;
         if (auto found = FindBelow(next, names.subspan(1), fits)) return found;
@@ -101,12 +115,12 @@ std::optional<fs::path> FindBelow(const fs::path& folder, std::span<const std::s
 std::optional<fs::path> Find(std::string_view path, KindOfEntry fits) {
     std::string slashed(path);
     std::replace(slashed.begin(), slashed.end(), '\\', '/');
-    const fs::path exact(slashed);
+    const fs::path exact = PathOf(slashed);
     if (fits(exact)) return exact;
 
     std::vector<std::string> names;
     for (const fs::path& part : exact.relative_path()) {
-        if (!part.empty()) names.push_back(part.string());
+        if (!part.empty()) names.push_back(BytesOf(part));
     }
     if (names.empty()) return std::nullopt;
     return FindBelow(exact.root_path(), names, fits);
@@ -130,6 +144,23 @@ bool WritePieces(std::FILE* file, const std::vector<std::string_view>& pieces) {
 
 }  // namespace
 
+#ifdef _WIN32
+fs::path PathOf(std::string_view bytes) { return fs::path(CodePageToUtf8(bytes)); }
+
+/// The short name of what is there stands in for one that the code page can't spell.
+std::string BytesOf(const fs::path& path) {
+    const std::string name = path.string();
+    std::string bytes = Utf8ToCodePage(name);
+    if (CodePageToUtf8(bytes) == name) return bytes;
+    wchar_t shortName[MAX_PATH];
+    const DWORD length = GetShortPathNameW(path.c_str(), shortName, MAX_PATH);
+    return length == 0 || length >= MAX_PATH ? bytes : Utf8ToCodePage(fs::path(shortName).string());
+}
+#else
+fs::path PathOf(std::string_view bytes) { return fs::path(bytes); }
+std::string BytesOf(const fs::path& path) { return path.string(); }
+#endif
+
 std::string JoinPath(std::string_view folder, std::string_view name) {
     return fmt::format("{}/{}", folder, name);
 }
@@ -147,14 +178,14 @@ std::vector<std::string> ListBglFiles(const fs::path& folder) {
     std::error_code failure;
     fs::directory_iterator entry(folder, failure);
     for (const fs::directory_iterator end; !failure && entry != end; entry.increment(failure)) {
-        std::string exact = entry->path().filename().string();
+        std::string exact = BytesOf(entry->path().filename());
         std::string lower = LowerCase(exact);
         std::error_code ignored;
         if (lower.ends_with(BglEnding) && entry->is_regular_file(ignored)) {
             names.push_back({std::move(lower), std::move(exact)});
         }
     }
-    if (failure) throw FileError(folder.string(), "can't be listed: " + failure.message());
+    if (failure) throw FileError(BytesOf(folder), "can't be listed: " + failure.message());
     std::sort(names.begin(), names.end());
     std::vector<std::string> result;
     for (Name& name : names) result.push_back(std::move(name.Exact));
@@ -181,7 +212,7 @@ void ReadFileStart(const fs::path& file, std::size_t length, std::vector<std::ui
 
 void ReplaceFile(std::string_view path, const std::vector<std::string_view>& pieces) {
     const std::string fresh = std::string(path) + ".new";
-    OpenedFile file(std::fopen(fresh.c_str(), "wb"));
+    OpenedFile file = Open(PathOf(fresh), OpenMode::Write);
     if (!file) throw FileError(path, "can't be written: " + LastError());
 
     bool written = WritePieces(file.get(), pieces);
@@ -192,7 +223,7 @@ void ReplaceFile(std::string_view path, const std::vector<std::string_view>& pie
     }
     std::error_code failure;
     if (written) {
-        fs::rename(fresh, fs::path(path), failure);
+        fs::rename(PathOf(fresh), PathOf(path), failure);
         if (!failure) return;
         reason = failure.message();
     }
@@ -202,7 +233,7 @@ void ReplaceFile(std::string_view path, const std::vector<std::string_view>& pie
 
 void RemoveFile(std::string_view path) {
     std::error_code ignored;
-    fs::remove(fs::path(path), ignored);
+    fs::remove(PathOf(path), ignored);
 }
 
 }  // namespace corvenna

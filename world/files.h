@@ -11,6 +11,11 @@
 /// are replaced as a whole. A path is a text of bytes. Failures are FileErrors. Any thread.
 namespace corvenna {
 
+/// The file system's form of a path that is a text, and back. Names are bytes to most systems and stay as
+/// they are; to Windows they are Unicode, and the text has them in the code page.
+std::filesystem::path PathOf(std::string_view bytes);
+std::string BytesOf(const std::filesystem::path& path);
+
 /// Two parts of a path with a separator between them.
 std::string JoinPath(std::string_view folder, std::string_view name);
 

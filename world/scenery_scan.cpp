@@ -20,7 +20,9 @@ bool IsBglFile(std::span<const std::uint8_t> start) {
 }
 
 /// Where a folder that was there when the scan began really is.
-std::filesystem::path FoundFolder(const std::string& folder) { return FindFolder(folder).value_or(folder); }
+std::filesystem::path FoundFolder(const std::string& folder) {
+    return FindFolder(folder).value_or(PathOf(folder));
+}
 
 }  // namespace
 
@@ -68,12 +70,12 @@ void SceneryScan::ListCurrentFolder() {
     try {
         listing_ = ListBglFiles(foundFolder_);
     } catch (const FileError& failure) {
-        observer_.Skipped(foundFolder_.string(), failure.Reason());
+        observer_.Skipped(BytesOf(foundFolder_), failure.Reason());
     }
 }
 
 void SceneryScan::ReadFile(const std::string& name) {
-    const std::filesystem::path path = foundFolder_ / name;
+    const std::filesystem::path path = foundFolder_ / PathOf(name);
     try {
         ReadFileStart(path, facility::header::MarkerEnd, fileBuffer_);
         if (!IsBglFile(fileBuffer_)) return;
@@ -81,9 +83,9 @@ void SceneryScan::ReadFile(const std::string& name) {
         fileBuffer_.push_back(0);
         ScanFacilities(fileBuffer_, station_, airports_);
     } catch (const DamagedData& damage) {
-        observer_.Skipped(path.string(), damage.what());
+        observer_.Skipped(BytesOf(path), damage.what());
     } catch (const FileError& failure) {
-        observer_.Skipped(path.string(), failure.Reason());
+        observer_.Skipped(BytesOf(path), failure.Reason());
     }
 }
 

@@ -2,7 +2,16 @@
 
 #include <algorithm>
 
-#ifndef _WIN32
+#ifdef _WIN32
+// Each of these needs those before it.
+// clang-format off
+#include <winsock2.h>
+#include <windows.h>
+#include <iphlpapi.h>
+// clang-format on
+
+#include <vector>
+#else
 #include <arpa/inet.h>
 #include <ifaddrs.h>
 #include <net/if.h>
@@ -16,7 +25,27 @@ namespace {
 constexpr std::uint32_t Everybody = 0xFFFFFFFF;
 constexpr std::uint32_t ThisComputer = 0x7F000001;
 
-#ifndef _WIN32
+#ifdef _WIN32
+constexpr ULONG RoomForAdapters = 65536;
+
+std::uint32_t HostBits(std::uint8_t prefixLength) {
+    return prefixLength >= 32 ? 0 : Everybody >> prefixLength;
+}
+
+void AppendInterfaces(std::vector<std::uint32_t>& addresses) {
+    constexpr ULONG skip = GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER;
+    ULONG size = RoomForAdapters;
+    std::vector<IP_ADAPTER_ADDRESSES> room(size / sizeof(IP_ADAPTER_ADDRESSES));
+    if (GetAdaptersAddresses(AF_INET, skip, nullptr, room.data(), &size) != NO_ERROR) return;
+    for (const auto* adapter = room.data(); adapter != nullptr; adapter = adapter->Next) {
+        if (adapter->OperStatus != IfOperStatusUp) continue;
+        for (const auto* entry = adapter->FirstUnicastAddress; entry != nullptr; entry = entry->Next) {
+            const auto* address = reinterpret_cast<const sockaddr_in*>(entry->Address.lpSockaddr);
+            addresses.push_back(ntohl(address->sin_addr.s_addr) | HostBits(entry->OnLinkPrefixLength));
+        }
+    }
+}
+#else
 std::uint32_t Ip(const sockaddr* address) {
     return ntohl(reinterpret_cast<const sockaddr_in*>(address)->sin_addr.s_addr);
 }
@@ -31,8 +60,6 @@ void AppendInterfaces(std::vector<std::uint32_t>& addresses) {
     }
     freeifaddrs(first);
 }
-#else
-void AppendInterfaces(std::vector<std::uint32_t>&) {}
 #endif
 
 }  // namespace

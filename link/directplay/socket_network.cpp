@@ -79,7 +79,7 @@ void SocketNetwork::Start() {
     listener_.Start([this](auto socket, std::uint32_t ip) { Accepted(std::move(socket), ip); });
     datagrams_.Start([this](const Endpoint& source, ByteSpan bytes) { events_.OnDatagram(source, bytes); });
     ArmTimer();
-    const SignalsHeldBack heldBack;
+    [[maybe_unused]] const SignalsHeldBack heldBack;
     thread_ = std::thread([this] { io_.run(); });
 }
 

@@ -1,8 +1,6 @@
 #include "tools/practice/run_program.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <ostream>
 #include <stdexcept>
@@ -11,6 +9,7 @@
 #include "practice/practice_host.h"
 #include "practice/simulator_peer.h"
 #include "station/code_page.h"
+#include "tools/platform/platform.h"
 #include "tools/practice/started_program.h"
 
 namespace corvenna {
@@ -19,14 +18,6 @@ namespace {
 
 constexpr std::string_view SessionName = "Corvenna Practice";
 constexpr int BesidesThePilots = 10;  // host, controller, people who sit in, one who looks for the airport
-
-/// From now on nothing comes from standard input here.
-void LeaveInputToOthers() {
-    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    if (nothing < 0) return;
-    dup2(nothing, STDIN_FILENO);
-    close(nothing);
-}
 
 /// What a simulator that only hosts is.
 SimulatorPeer MakeHost(const DirectPlayOptions& options) {

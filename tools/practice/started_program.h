@@ -1,8 +1,7 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,16 +23,15 @@ class StartedProgram {
     StartedProgram(const StartedProgram&) = delete;
     StartedProgram& operator=(const StartedProgram&) = delete;
 
-    /// Its exit status once it has ended; 128 + n when signal n has ended it.
+    /// Its exit status once it has ended; 128 + n when signal n has ended it, where there are signals.
     std::optional<int> Status();
 
     /// Asks it to end, and waits for that. Gives its status.
     int End();
 
   private:
-    bool Reap(int options);
-
-    pid_t pid_ = -1;
+    struct Process;
+    std::unique_ptr<Process> process_;
     std::optional<int> status_;
 };
 

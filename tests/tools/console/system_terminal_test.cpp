@@ -1,11 +1,10 @@
-#include "tools/console/posix_terminal.h"
+#include "tools/console/system_terminal.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <string_view>
 
 namespace corvenna {
 namespace {
@@ -15,9 +14,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// Standard input is a pipe that the test writes.
-class PosixTerminalTest : public testing::Test {
+class SystemTerminalTest : public testing::Test {
   protected:
-    PosixTerminalTest() {
+    SystemTerminalTest() {
         int ends[2];
         if (pipe(ends) != 0) std::abort();
         saved_ = dup(STDIN_FILENO);
@@ -25,7 +24,7 @@ class PosixTerminalTest : public testing::Test {
         close(ends[0]);
         writing_ = ends[1];
     }
-    ~PosixTerminalTest() override {
+    ~SystemTerminalTest() override {
         EndInput();
         dup2(saved_, STDIN_FILENO);
         close(saved_);
@@ -44,24 +43,24 @@ class PosixTerminalTest : public testing::Test {
     int writing_ = -1;
 };
 
-TEST_F(PosixTerminalTest, WithoutInputAWaitEndsEmpty) {
-    PosixTerminal terminal;
+TEST_F(SystemTerminalTest, WithoutInputAWaitEndsEmpty) {
+    SystemTerminal terminal;
     const TerminalInput input = terminal.Wait(0ms);
     EXPECT_THAT(input.Lines, IsEmpty());
     EXPECT_FALSE(input.EndOfInput);
     EXPECT_FALSE(input.StopAsked);
 }
 
-TEST_F(PosixTerminalTest, LinesComeWhole) {
-    PosixTerminal terminal;
+TEST_F(SystemTerminalTest, LinesComeWhole) {
+    SystemTerminal terminal;
     Type("KSEA,1\n\n2");
     EXPECT_THAT(terminal.Wait(0ms).Lines, ElementsAre("KSEA,1", ""));
     Type("3\n");
     EXPECT_THAT(terminal.Wait(0ms).Lines, ElementsAre("23"));
 }
 
-TEST_F(PosixTerminalTest, TheEndOfInputIsToldOnceAndBringsTheLastLine) {
-    PosixTerminal terminal;
+TEST_F(SystemTerminalTest, TheEndOfInputIsToldOnceAndBringsTheLastLine) {
+    SystemTerminal terminal;
     Type("R");
     EXPECT_THAT(terminal.Wait(0ms).Lines, IsEmpty());
     EndInput();
@@ -71,36 +70,20 @@ TEST_F(PosixTerminalTest, TheEndOfInputIsToldOnceAndBringsTheLastLine) {
     EXPECT_FALSE(terminal.Wait(0ms).EndOfInput);
 }
 
-TEST_F(PosixTerminalTest, SignalsAskForTheEnd) {
+TEST_F(SystemTerminalTest, SignalsAskForTheEnd) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        PosixTerminal terminal;
+        SystemTerminal terminal;
         std::raise(signal);
         EXPECT_TRUE(terminal.Wait(0ms).StopAsked) << signal;
         EXPECT_FALSE(terminal.Wait(0ms).StopAsked) << signal;
     }
 }
 
-TEST_F(PosixTerminalTest, TheClockNeverGoesBack) {
-    PosixTerminal terminal;
+TEST_F(SystemTerminalTest, TheClockNeverGoesBack) {
+    SystemTerminal terminal;
     const auto first = terminal.Now();
     EXPECT_GE(first, 0ms);
     EXPECT_GE(terminal.Now(), first);
-}
-
-TEST(OutputTakesColour, NotWhenItIsNoTerminal) {
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const int saved = dup(STDOUT_FILENO);
-    dup2(ends[1], STDOUT_FILENO);
-    EXPECT_FALSE(OutputTakesColour());
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    close(ends[0]);
-    close(ends[1]);
-}
-
-TEST(ProgramFolder, HoldsTheProgram) {
-    EXPECT_TRUE(std::filesystem::exists(ProgramFolder() / "console_tests"));
 }
 
 }  // namespace

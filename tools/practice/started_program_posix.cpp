@@ -1,5 +1,3 @@
-#include "tools/practice/started_program.h"
-
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -10,6 +8,8 @@
 #include <csignal>
 #include <system_error>
 #include <thread>
+
+#include "tools/practice/started_program.h"
 
 namespace corvenna {
 
@@ -32,8 +32,19 @@ constexpr std::chrono::milliseconds LookInterval{10};
 
 }  // namespace
 
+struct StartedProgram::Process {
+    pid_t Id = -1;
+
+    std::optional<int> Reap(int options) const {
+        int status = 0;
+        if (waitpid(Id, &status, options) != Id) return std::nullopt;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+};
+
 /// A pipe that closes by itself when the program has started tells whether it has.
-StartedProgram::StartedProgram(const std::vector<std::string>& command) {
+StartedProgram::StartedProgram(const std::vector<std::string>& command)
+    : process_(std::make_unique<Process>()) {
     std::vector<char*> arguments;
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
@@ -42,40 +53,33 @@ StartedProgram::StartedProgram(const std::vector<std::string>& command) {
         throw std::system_error(errno, std::generic_category(), command[0]);
     }
     const pid_t parent = getpid();
-    pid_ = fork();
-    if (pid_ == 0) BecomeProgram(arguments.data(), parent, report[1]);
-    int error = pid_ < 0 ? errno : 0;
+    process_->Id = fork();
+    if (process_->Id == 0) BecomeProgram(arguments.data(), parent, report[1]);
+    int error = process_->Id < 0 ? errno : 0;
     close(report[1]);
-    if (pid_ > 0 && read(report[0], &error, sizeof error) <= 0) error = 0;
+    if (process_->Id > 0 && read(report[0], &error, sizeof error) <= 0) error = 0;
     close(report[0]);
     if (error == 0) return;
-    if (pid_ > 0) Reap(0);
+    if (process_->Id > 0) process_->Reap(0);
     throw std::system_error(error, std::generic_category(), command[0]);
 }
 
 StartedProgram::~StartedProgram() { End(); }
 
-bool StartedProgram::Reap(int options) {
-    int status = 0;
-    if (waitpid(pid_, &status, options) != pid_) return false;
-    status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return true;
-}
-
 std::optional<int> StartedProgram::Status() {
-    if (!status_) Reap(WNOHANG);
+    if (!status_) status_ = process_->Reap(WNOHANG);
     return status_;
 }
 
 int StartedProgram::End() {
-    if (!Status()) kill(pid_, SIGTERM);
+    if (!Status()) kill(process_->Id, SIGTERM);
     const auto latest = std::chrono::steady_clock::now() + EndTime;
     while (!Status() && std::chrono::steady_clock::now() < latest) std::this_thread::sleep_for(LookInterval);
     if (!Status()) {
-        kill(pid_, SIGKILL);
-        Reap(0);
+        kill(process_->Id, SIGKILL);
+        status_ = process_->Reap(0);
     }
-    return *status_;
+    return status_.value_or(-1);
 }
 
 }  // namespace corvenna

@@ -1,0 +1,33 @@
+#include "tools/platform/platform.h"
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+namespace corvenna {
+namespace {
+
+TEST(CommandLine, HandsOnItsWordsAsTheyAre) {
+    const char* const given[] = {"program", "K\xC3\xB6ln", "a b", ""};
+    const CommandLine line(4, given, Spelling::Files);
+    EXPECT_THAT(std::vector<std::string>(line.Words(), line.Words() + line.Count()),
+                testing::ElementsAre("program", "K\xC3\xB6ln", "a b", ""));
+}
+
+TEST(OutputTakesColour, NotWhenItIsNoTerminal) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const int saved = dup(STDOUT_FILENO);
+    dup2(ends[1], STDOUT_FILENO);
+    EXPECT_FALSE(OutputTakesColour());
+    dup2(saved, STDOUT_FILENO);
+    close(saved);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST(ProgramFolder, HoldsTheProgram) {
+    EXPECT_TRUE(std::filesystem::exists(ProgramFolder() / "platform_tests"));
+}
+
+}  // namespace
+}  // namespace corvenna

@@ -1,0 +1,44 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <system_error>
+
+#include "tools/platform/platform.h"
+
+namespace corvenna {
+
+CommandLine::CommandLine(int count, const char* const* words, Spelling) : pointers_(words, words + count) {}
+
+void KeepLineEnds() {}
+
+bool OutputTakesColour() { return isatty(STDOUT_FILENO) == 1 && std::getenv("NO_COLOR") == nullptr; }
+
+bool InputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
+
+void LeaveInputToOthers() {
+    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nothing < 0) return;
+    dup2(nothing, STDIN_FILENO);
+    close(nothing);
+}
+
+bool ErrorOutputIsTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+std::filesystem::path CacheFolder() {
+    if (const char* const cache = std::getenv("XDG_CACHE_HOME"); cache != nullptr && *cache != 0)
+        return cache;
+    if (const char* const home = std::getenv("HOME"); home != nullptr && *home != 0) {
+        return std::filesystem::path(home) / ".cache";
+    }
+    return std::filesystem::temp_directory_path();
+}
+
+std::filesystem::path ProgramFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+void OfferOnClipboard(std::string_view) {}
+
+}  // namespace corvenna

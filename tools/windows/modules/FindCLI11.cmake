@@ -1,0 +1,3 @@
+include(DebianHeaders)
+debian_headers(CLI11::CLI11 CLI)
+set(CLI11_FOUND TRUE)

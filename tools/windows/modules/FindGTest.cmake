@@ -1,0 +1,10 @@
+# Debian's package holds the source too.
+set(gtest_force_shared_crt OFF)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+foreach(library gtest gtest_main gmock gmock_main)
+  set_target_properties(${library} PROPERTIES CXX_STANDARD 20)
+  if(NOT TARGET GTest::${library})
+    add_library(GTest::${library} ALIAS ${library})
+  endif()
+endforeach()
+set(GTest_FOUND TRUE)

@@ -1,0 +1,5 @@
+include(DebianHeaders)
+debian_headers(asio::asio asio asio.hpp)
+target_compile_definitions(asio::asio INTERFACE _WIN32_WINNT=0x0601)
+target_link_libraries(asio::asio INTERFACE ws2_32 mswsock iphlpapi)
+set(asio_FOUND TRUE)

@@ -1,0 +1,4 @@
+include(DebianHeaders)
+debian_headers(fmt::fmt fmt)
+target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
+set(fmt_FOUND TRUE)
