@@ -2,9 +2,7 @@
 //   QT_QPA_PLATFORM=offscreen window-pictures FOLDER [--dark]
 
 #include <QAction>
-#include <QCompleter>
 #include <QDir>
-#include <QFile>
 #include <QPixmap>
 #include <QStyleFactory>
 #include <iostream>
@@ -47,9 +45,7 @@ void TakeAll(Album& album) {
     scene.Fire("Form1", "Timer1");
     scene.Text("Form7", "Text1").setText("/home/atc/FS2002");
     album.Take(scene.FindWindow("Form7"), "form7");
-    scene.Person.WhileOpen = [&](QMessageBox& box) { album.Take(box, "box"); };
     scene.ChoosesSimFolder();
-    scene.Person.WhileOpen = nullptr;
     for (int ticks = 0; ticks < 6; ++ticks) scene.Fire("Form2", "Scan_Bgl");
     album.Take(scene.FindWindow("Form2"), "form2-scan");
     scene.Scans();
