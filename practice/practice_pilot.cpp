@@ -159,6 +159,7 @@ void PracticePilot::EnterRefuseParamsGroup() {
 void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now) {
     if (events_.Heard) events_.Heard(script_.Name, text);
     if (!IsAddressedTo(text, script_.Name)) return Overhear(text);
+    if (controllerId_ == 0) stepBegan_ = now;
     controllerId_ = sender;
     if (flight_) flight_->Hear(text);
     if (text != standingText_) silence_ = Silence;
@@ -312,8 +313,10 @@ std::optional<std::string> PracticePilot::RepeatOfOpening() const {
     return std::nullopt;
 }
 
-/// Types the reply once he has had time to think, and is done when he hears the next text.
+/// Types the reply once he has had time to think, and is done when he hears the next text. A controller who
+/// has not come yet is waited for.
 bool PracticePilot::AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now) {
+    if (controllerId_ == 0) return false;
     if (now - stepBegan_ >= Patience) return true;
     if (stepAnswered_) return !answered_;
     if (!answered_ && reply && now - heardAt_ >= ThinkingTime) {

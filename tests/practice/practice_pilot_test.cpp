@@ -215,11 +215,19 @@ TEST_F(PracticePilotTest, WhatHeIsNotOfferedHeWaitsForUntilHisPatienceEnds) {
         AdmittedPilot(Script({Choose{"Something else"}, Choose{"Tune Test Field Ground Frequency"}}));
     Says(FrequencyMenu);
     pilot->Step(1000ms);
-    pilot->Step(19999ms);
-    pilot->Step(19999ms);
+    pilot->Step(20999ms);
     EXPECT_THAT(Controller.Texts(), IsEmpty());
-    pilot->Step(20000ms);
-    pilot->Step(20001ms);
+    pilot->Step(21000ms);
+    pilot->Step(21001ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("2"));
+}
+
+TEST_F(PracticePilotTest, AControllerWhoComesLateIsWaitedFor) {
+    const auto pilot = AdmittedPilot(Script({Choose{"Tune Test Field Ground Frequency"}, AskAgain{}}));
+    for (auto now = 1000ms; now < 90000ms; now += 1000ms) pilot->Step(now);
+    Says(FrequencyMenu);
+    pilot->Step(90000ms);
+    pilot->Step(93000ms);
     EXPECT_THAT(Controller.Texts(), ElementsAre("2"));
 }
 

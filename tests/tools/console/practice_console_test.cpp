@@ -303,8 +303,8 @@ TEST_F(PracticeConsoleTest, AnErrorThatEscapesATimerLeavesTheSessionFirst) {
     EXPECT_TRUE(Practice->Over());
 }
 
-TEST_F(PracticeConsoleTest, NobodyComesUnderAPilotsName) {
-    const PracticeParty party{"KSEA_Controller", "N101CV", 2};
+TEST_F(PracticeConsoleTest, NobodyComesUnderTheControllersName) {
+    const PracticeParty party{"N101CV", "N101CV", 2};
     EXPECT_THROW(Practice.emplace(PracticeField("KSEA"), party, Printer), SessionError);
 }
 
