@@ -22,6 +22,7 @@ constexpr double OwnFixMiles = 9;       // before the threshold: where he goes w
 constexpr double SlowMiles = 12;
 constexpr double ForgottenMiles = 35;  // so far out, flying away by an old vector: nobody will turn him back
 constexpr std::chrono::minutes OldVector{8};
+constexpr double MinutesPerHour = 60;
 constexpr double CloseMiles = 0.6;    // before the threshold: by then all must fit
 constexpr double TooHighFeet = 350;   // above the glide path
 constexpr double BesideMiles = 0.1;   // off the centreline
@@ -29,6 +30,7 @@ constexpr double MissedMiles = 1.2;   // before the threshold
 constexpr double SlowFinalMiles = 4;  // before the threshold
 constexpr double NearestOrbit = 3.5;  // miles before the threshold: whoever is nearer goes on
 constexpr double FarthestOrbit = 12;
+constexpr double FinalSink = 1500;                 // feet a minute: the least that anybody can on final
 constexpr std::chrono::seconds BetweenOrbits{15};  // two who circle in step would wait for each other
 constexpr int MostOrbits = 20;                     // then he leaves it to the controller
 constexpr double OrbitLead = 60;  // degrees: how far the heading is ahead of the nose in an orbit
@@ -135,17 +137,26 @@ void Flight::FlyCircuit(std::chrono::milliseconds time) {
     if (MilesBetween(aircraft_.Where(), legs_.front()) < TurnLeadMiles) legs_.erase(legs_.begin());
 }
 
-/// Somebody is nearer, or on the runway: he would have to be sent around.
+double Flight::FinalSinkRate() const { return std::max(plan_.Aircraft.DescentRate, FinalSink); }
+
+/// Over mountains he is brought in so high that he can't get down to the runway on the way to it.
+bool Flight::IsTooHighFor(double toGo) const {
+    const double feetPerMile = FinalSinkRate() * MinutesPerHour / plan_.Aircraft.PatternKnots;
+    return FeetAboveField() > CrossingFeet + feetPerMile * (toGo - CloseMiles);
+}
+
+/// Somebody is nearer, or on the runway, and he would have to be sent around; or he is too high.
 bool Flight::MustWaitOnFinal(double toGo) const {
     if (toGo < NearestOrbit || toGo > FarthestOrbit || orbits_ >= MostOrbits) return false;
     if (std::abs(TurnFrom(aircraft_.HeadingTrue, chart_->RunwayTrue())) > AlignedDegrees) return false;
-    return SomebodyOnRunway() || SomebodyOnFinal(toGo);
+    return SomebodyOnRunway() || SomebodyOnFinal(toGo) || IsTooHighFor(toGo);
 }
 
-/// Once around on the spot.
-void Flight::FlyOrbit(std::chrono::milliseconds time) {
+/// Once around on the spot, down to an altitude.
+void Flight::FlyOrbit(double altitudeFeet, std::chrono::milliseconds time) {
     const double before = aircraft_.HeadingTrue;
-    SteerTo(WholeCircle(before + OrbitLead), aircraft_.AltitudeFeet, plan_.Aircraft.PatternKnots, time);
+    const double lowest = std::min(altitudeFeet, aircraft_.AltitudeFeet);
+    SteerTo(WholeCircle(before + OrbitLead), lowest, plan_.Aircraft.PatternKnots, time);
     orbit_ -= TurnFrom(before, aircraft_.HeadingTrue);
 }
 
@@ -159,16 +170,16 @@ void Flight::FlyFinal(std::chrono::milliseconds time) {
         orbit_ = 360;
         ++orbits_;
     }
-    if (orbit_ > 0) return FlyOrbit(time);
     const double off = std::clamp(-90 * seen.Right, -steepest_, steepest_);
     const bool landing = clearedToLand_ || Announces();
     const double hold = hasAltitude_ ? altitude_ : aircraft_.AltitudeFeet;
     const double glide = field + CrossingFeet + FeetPerMileOnGlide * std::max(toGo, 0.0);
     double goal = std::min(std::max(hold, field), glide);
-    if (!landing) goal = std::max(goal, field + LowestUncleared);
+    if (!landing || orbit_ > 0) goal = std::max(goal, field + LowestUncleared);
+    if (orbit_ > 0) return FlyOrbit(goal, time);
     if (landing && toGo <= 0) goal = field;
     const double knots = toGo < SlowFinalMiles ? plan_.Aircraft.FinalKnots : plan_.Aircraft.PatternKnots;
-    const double sink = toGo <= 0 ? FlareRate : std::max(plan_.Aircraft.DescentRate, 1500.0);
+    const double sink = toGo <= 0 ? FlareRate : FinalSinkRate();
     Steer(aircraft_, {chart_->RunwayTrue() + off, Turn::Shorter, goal, knots, plan_.Aircraft.ClimbRate, sink},
           time);
     if (aircraft_.AltitudeFeet <= field && toGo <= 0) return TouchDown();

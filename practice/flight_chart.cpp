@@ -15,6 +15,8 @@ constexpr double ClearFeet = 130;    // beside the runway's edge
 constexpr double LineUpFeet = 150;   // ahead of the threshold
 constexpr double HoldingFeet = 400;  // a holding point so far from the runway still belongs to it
 constexpr double EdgeFeet = 10;
+constexpr double HeadingSlack = 0.015;  // so far beside the runway, per length along it, is still on it to
+                                        // the controller, who has its heading in whole degrees
 
 /// What of a station an airport is.
 Station FieldOf(const Station& station) {
@@ -99,10 +101,13 @@ AirportChart::WayOut AirportChart::WayToRunway(Place from, const std::vector<std
     }
     std::size_t onto = 0;
     while (onto + 1 < way.size() && !IsOnRunway(way[onto])) ++onto;
+    const double least = (field_.RunwayWidth / 2.0 + EdgeFeet) / FeetPerMile +
+                         HeadingSlack * std::max(SeenFromRunway(way[onto]).Along, 0.0);
+    const auto standsClear = [&](std::size_t i) { return std::abs(SeenFromRunway(way[i]).Right) >= least; };
     std::size_t stop = onto;
     for (std::size_t i = onto; i-- > 0;) {
         if (MilesBetween(way[i], way[onto]) > HoldingFeet / FeetPerMile) break;
-        if (holding[i]) {
+        if (holding[i] && standsClear(i)) {
             stop = i;
             break;
         }
@@ -111,9 +116,12 @@ AirportChart::WayOut AirportChart::WayToRunway(Place from, const std::vector<std
     if (stop < onto) {
         out.ToHoldShort.assign(way.begin(), at(stop + 1));
     } else if (onto > 0) {
-        out.ToHoldShort.assign(way.begin(), at(onto));
-        if (MilesBetween(way[onto - 1], way[onto]) > clear) {
-            out.ToHoldShort.push_back(Before(way[onto - 1], way[onto], clear));
+        std::size_t last = onto - 1;
+        while (last > 0 && !standsClear(last)) --last;
+        out.ToHoldShort.assign(way.begin(), at(last + 1));
+        const double before = std::max(clear, least);
+        if (MilesBetween(way[last], way[last + 1]) > before) {
+            out.ToHoldShort.push_back(Before(way[last], way[last + 1], before));
         }
     }
     out.ToLineUp.assign(at(onto), way.end());

@@ -65,11 +65,20 @@ void Flight::Hear(std::string_view text) {
     if (ContainsIgnoringCase(text, "Want to use our ATC services")) LoseService();
     if (ContainsIgnoringCase(text, "Choose one of the following options: ")) LoseFrequency();
     if (ContainsIgnoringCase(text, "Canceling IFR")) startsOver_ = true;
-    // Taken for somebody who taxies: the service that has him will not go on.
-    if (IsFlying() && ContainsIgnoringCase(text, "for the Ground frequency:")) startsOver_ = true;
+    if (ContainsIgnoringCase(text, "for the Ground frequency:")) HearGround(text);
     // With the Tower nobody is held on the taxiways: his read-back was taken for the change of frequency.
     if (ContainsIgnoringCase(text, "Takeoff Clearance")) holding_ = false;
     for (const Instruction& instruction : ReadInstructions(text)) Obey(instruction);
+}
+
+/// A hold and the end of it are not always told, but the options tell: whoever is held is offered nothing.
+void Flight::HearGround(std::string_view text) {
+    // Taken for somebody who taxies: the service that has him will not go on.
+    if (IsFlying()) startsOver_ = true;
+    const bool onHisWay = stage_ == TaxiingOut || stage_ == HoldingShort || stage_ == TaxiingIn;
+    if (onHisWay && !ContainsIgnoringCase(text, "1-Acknowledge")) {
+        holding_ = ContainsIgnoringCase(text, "for the Ground frequency: 1-Close ATC Services");
+    }
 }
 
 void Flight::LoseService() {
@@ -189,7 +198,7 @@ void Flight::RunOutOfPatience() {
         Enter(Inbound);
     }
     if (waited(Vacated, LongestAtGate)) StartTaxiInUncleared();
-    if (waited(Parked, LongestParked)) Enter(Over);
+    if (waited(Parked, LongestParked) || waited(Reported, LongestParked)) Enter(Over);
     if (Announces() && waited(AtRamp, AloneAtRamp)) StartTaxiOut({});
     if (Announces() && waited(HoldingShort, AloneAtRunway) && RunwayIsFree(3)) LineUp();
 }

@@ -84,6 +84,7 @@ class Flight {
   private:
     void Enter(FlightStage stage);
     void Obey(const Instruction& instruction);
+    void HearGround(std::string_view text);
     void LoseFrequency();
     void RunOutOfPatience();
     void MoveOnce(std::chrono::milliseconds time);
@@ -119,7 +120,9 @@ class Flight {
     void FlyCircuit(std::chrono::milliseconds time);
     void FlyFinal(std::chrono::milliseconds time);
     bool MustWaitOnFinal(double toGo) const;
-    void FlyOrbit(std::chrono::milliseconds time);
+    void FlyOrbit(double altitudeFeet, std::chrono::milliseconds time);
+    double FinalSinkRate() const;
+    bool IsTooHighFor(double toGo) const;
     void SteerTo(double heading, double altitudeFeet, double knots, std::chrono::milliseconds time,
                  Turn way = Turn::Shorter);
     double FeetAboveField() const { return aircraft_.AltitudeFeet - chart_->ElevationFeet(); }

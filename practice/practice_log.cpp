@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "practice/flight_phrases.h"
 #include "practice/menu_reader.h"
 #include "station/code_page.h"
@@ -127,6 +129,7 @@ void PracticeLog::Flies(const PracticePilot& pilot, std::chrono::milliseconds no
     if (log == nullptr) return;
     log->Where = pilot.Aircraft();
     log->Asks = pilot.TheFlight() && pilot.TheFlight()->IsExpecting();
+    if (!log->Asks) log->Unanswered.reset();  // an acknowledgement may go without an answer
     NoteMovement(*log, now);
     if (keepsTracks_) KeepTrack(*log, now);
 }
@@ -135,7 +138,7 @@ void PracticeLog::NoteMovement(PilotLog& log, std::chrono::milliseconds now) {
     const bool airborne = log.Where.AltitudeFeet > fieldFeet_ + AirborneFeet;
     if (airborne != log.Airborne) {
         log.Airborne = airborne;
-        log.MovedAt = now;
+        log.MovedAt = runwayUsedAt_ = now;
         log.StandsAt = log.Where.Where();
         if (!airborne) ++totals_.Landings;
         Remark(log.Name, airborne ? "takes off" : "lands");
@@ -161,11 +164,12 @@ std::vector<PilotTrouble> PracticeLog::Troubles(std::chrono::milliseconds now) c
     for (const auto& [name, log] : pilots_) {
         if (!log.Present) continue;
         const auto still = now - log.MovedAt;
+        const auto nobodyMoves = now - std::max(log.MovedAt, runwayUsedAt_);
         std::string what;
         if (log.Unanswered && log.Asks && now - *log.Unanswered > LongestSilence) {
             what = fmt::format("the conversation has stalled, no answer for {} minutes",
                                minutes(*log.Unanswered));
-        } else if (!log.Airborne && still > LongestStand) {
+        } else if (!log.Airborne && (nobodyMoves > LongestStand || still > LongestTurn)) {
             what = fmt::format("stuck on the ground for {} minutes", minutes(log.MovedAt));
         } else if (log.Airborne && still > LongestFlight) {
             what = fmt::format("stuck in the air for {} minutes", minutes(log.MovedAt));

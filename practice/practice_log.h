@@ -70,8 +70,10 @@ struct PilotTrouble {
 /// PracticeTraffic. One thread.
 class PracticeLog {
   public:
-    /// On the ground: how long one may stand still. In the air: how long one may fly.
+    /// On the ground: how long one may stand still, and for how long at most when meanwhile others take off
+    /// and land: then he waits for his turn. In the air: how long one may fly.
     static constexpr std::chrono::minutes LongestStand{15};
+    static constexpr std::chrono::minutes LongestTurn{45};
     static constexpr std::chrono::minutes LongestFlight{120};
     /// How long the controller may leave an answer of somebody who expects to hear something.
     static constexpr std::chrono::minutes LongestSilence{3};
@@ -107,6 +109,7 @@ class PracticeLog {
     double fieldFeet_;
     bool keepsTracks_;
     std::size_t spots_ = 0;
+    std::chrono::milliseconds runwayUsedAt_{0};
     PracticeTotals totals_;
     std::map<std::string, PilotLog, std::less<>> pilots_;
 };

@@ -16,6 +16,7 @@ constexpr std::string_view FormalName = "Player";
 constexpr double MetresPerFoot = 0.3048;
 constexpr std::string_view AcknowledgeLabels[] = {"Acknowledge", "Report traffic in sight"};
 constexpr std::string_view SayAgainReply = "R";
+constexpr std::string_view GreetingWords = "Want to use our ATC services";
 
 /// What one tells oneself on the way to the runway when nobody else does.
 constexpr std::string_view LandByYourself =
@@ -99,6 +100,15 @@ void PracticePilot::RequestAdmission() {
     session_->Send(id_, Everybody, WriteEmpty(MessageId::RequestJoinAsPlayer));
 }
 
+/// The controller takes him for somebody new, wherever the flight is.
+void PracticePilot::JoinAnew() {
+    session_->DestroyPlayer(id_);
+    standingText_.clear();
+    unheard_ = 0;
+    if (flight_) flight_->LoseService();
+    RequestAdmission();
+}
+
 void PracticePilot::ReceiveAll(std::chrono::milliseconds now) {
     DirectPlayMessage message;
     while (stage_ != Stage::Gone && session_->GetMessageCount(id_) > 0) {
@@ -115,7 +125,7 @@ void PracticePilot::Handle(std::int32_t sender, DirectPlayMessage& message, std:
     const MessageHeader header = ReadHeader(message);
     switch (header.Id) {
         case MessageId::AdmitPlayer:
-            if (stage_ == Stage::Joining) OnAdmission(message.ReadLong());
+            if (stage_ == Stage::Joining) OnAdmission(message.ReadLong(), now);
             break;
         case MessageId::RefusePlayer:
         case MessageId::Removed:
@@ -143,8 +153,9 @@ void PracticePilot::Handle(std::int32_t sender, DirectPlayMessage& message, std:
     }
 }
 
-void PracticePilot::OnAdmission(std::int32_t admitted) {
+void PracticePilot::OnAdmission(std::int32_t admitted, std::chrono::milliseconds now) {
     if (admitted != id_) return;
+    ungreetedSince_ = now;
     EnterRefuseParamsGroup();
     stage_ = Stage::Flying;
     session_->Send(id_, Everybody, WriteAdmission(MessageId::AdmitPlayer, id_));
@@ -159,18 +170,22 @@ void PracticePilot::EnterRefuseParamsGroup() {
 void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now) {
     if (events_.Heard) events_.Heard(script_.Name, text);
     if (!IsAddressedTo(text, script_.Name)) return Overhear(text);
+    controllerHeard_ = true;
     if (controllerId_ == 0) stepBegan_ = now;
     controllerId_ = sender;
     if (flight_) flight_->Hear(text);
-    if (text != standingText_) silence_ = Silence;
+    // What is said again brings nothing new; whoever is not heard at all asks on without growing patient.
+    silence_ = text == standingText_ ? std::min(2 * silence_, LongestSilence) : Silence;
     standingText_ = std::move(text);
     heardAt_ = now;
+    unheard_ = 0;
     answered_ = false;
     wantsAnswer_ = false;
 }
 
 /// When somebody else may go on he may be next, and is not always told.
 void PracticePilot::Overhear(std::string_view text) {
+    if (ContainsIgnoringCase(text, GreetingWords)) controllerHeard_ = true;
     if (flight_ && flight_->Holding() && ContainsIgnoringCase(text, "Continue taxi")) silence_ = Silence;
 }
 
@@ -213,6 +228,7 @@ void PracticePilot::NoticeAbsence() {
         session_->GetPlayerFriendlyName(controllerId_);
     } catch (const SessionError&) {
         controllerId_ = 0;
+        controllerHeard_ = false;
         standingText_.clear();
         Say(GoingOnAlone);
         if (flight_ && IsArriving(flight_->Stage())) Imagine(LandByYourself);
@@ -222,7 +238,13 @@ void PracticePilot::NoticeAbsence() {
 
 // ---- The script
 
+bool PracticePilot::IsForgotten(std::chrono::milliseconds now) const {
+    if (!standingText_.empty()) return false;
+    return controllerHeard_ && now - ungreetedSince_ >= LongestUngreeted;
+}
+
 void PracticePilot::RunScript(std::chrono::milliseconds now) {
+    if (IsForgotten(now)) return JoinAnew();
     if (nextStep_ == script_.Steps.size()) {
         if (!script_.Stays) Leave();
         return;
@@ -286,18 +308,16 @@ void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
 }
 
 void PracticePilot::AskForRepeat(std::chrono::milliseconds now) {
+    if (unheard_ == MostUnheard) return JoinAnew();
     Say(RepeatOfOpening().value_or(std::string(SayAgainReply)));
     saidAt_ = now;
-    silence_ = std::min(2 * silence_, LongestSilence);
+    ++unheard_;
 }
 
 /// Closes the service to be greeted again; where even that is not heard, he joins anew.
 void PracticePilot::StartOver(std::chrono::milliseconds now) {
     if (flight_->StartsOverSince() >= ClosingTime) {
-        session_->DestroyPlayer(id_);
-        standingText_.clear();
-        flight_->LoseService();
-        return RequestAdmission();
+        return JoinAnew();
     }
     if (now - std::max(heardAt_, saidAt_) < ClosingInterval) return;
     Say(ReplyFor(standingText_, "Close ATC Services", airportCode_).value_or(std::string(SayAgainReply)));

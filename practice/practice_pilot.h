@@ -74,6 +74,11 @@ class PracticePilot {
     static constexpr std::chrono::milliseconds ClosingTime{180000};
     static constexpr std::chrono::milliseconds ClosingInterval{20000};
 
+    /// So many requests in a row that bring no answer at all, or so long without a greeting while others are
+    /// greeted: the controller has no ear for him, and he leaves and joins anew.
+    static constexpr int MostUnheard = 3;
+    static constexpr std::chrono::milliseconds LongestUngreeted{120000};
+
     /// Whom he has not heard of for so long is gone.
     static constexpr std::chrono::milliseconds SightLasts{5000};
 
@@ -119,7 +124,7 @@ class PracticePilot {
     void EnterRefuseParamsGroup();
     void ReceiveAll(std::chrono::milliseconds now);
     void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
-    void OnAdmission(std::int32_t admitted);
+    void OnAdmission(std::int32_t admitted, std::chrono::milliseconds now);
     void OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now);
     void Overhear(std::string_view text);
     void Sight(std::int32_t id, const Sighting& sighting, std::chrono::milliseconds now);
@@ -137,6 +142,8 @@ class PracticePilot {
     void AskForRepeat(std::chrono::milliseconds now);
     void StartOver(std::chrono::milliseconds now);
     void RequestAdmission();
+    void JoinAnew();
+    bool IsForgotten(std::chrono::milliseconds now) const;
     std::optional<std::string> RepeatOfOpening() const;
     bool AnswerTaken(const std::optional<std::string>& reply, std::chrono::milliseconds now);
 
@@ -162,6 +169,9 @@ class PracticePilot {
     bool answered_ = false;                       ///< whether he has typed something since
     bool wantsAnswer_ = false;                    ///< whether that should bring him another text
     std::chrono::milliseconds silence_{Silence};  ///< until his next request for a repeat
+    int unheard_ = 0;                             ///< requests since he last heard anything
+    bool controllerHeard_ = false;                ///< whether he has heard a controller at all
+    std::chrono::milliseconds ungreetedSince_{0};
     std::size_t nextStep_ = 0;
     bool stepAnswered_ = false;  ///< whether the step in hand has typed its answer
     std::chrono::milliseconds heardAt_{0};

@@ -138,6 +138,19 @@ TEST_F(PracticeLogTest, WhoStandsStillTooLongIsStuck) {
                                                      std::string(GroundMenu)));
 }
 
+TEST_F(PracticeLogTest, WhoWaitsForHisTurnWhileOthersTakeOffAndLandIsNotStuckForLong) {
+    Came("N2", FieldFeet);
+    Hears(GroundMenu);
+    for (auto minute = 5min; minute <= 45min; minute += 5min) {
+        Flies("N2", minute / 5min % 2 == 0 ? FieldFeet : FieldFeet + 500, minute);
+        Flies("N1", FieldFeet, minute);
+    }
+    Log.Left("N2", true);
+    EXPECT_THAT(TroublesAt(45min), IsEmpty());
+    EXPECT_THAT(TroublesAt(45min + 1ms), ElementsAre("N1: stuck on the ground for 45 minutes; last heard: " +
+                                                     std::string(GroundMenu)));
+}
+
 TEST_F(PracticeLogTest, WhoMovesIsNotStuck) {
     Hears(GroundMenu);
     Flies("N1", FieldFeet, 10min, 47.01);

@@ -294,12 +294,33 @@ TEST_F(PracticePilotInFlightTest, AfterHalfAMinuteOfSilenceHeAsksForARepeat) {
     EXPECT_THAT(Controller.Texts(), IsEmpty());
     StepTo(31100ms);
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
-    StepTo(61000ms);
-    EXPECT_THAT(Controller.Texts(), IsEmpty());
+    Says(FrequencyMenu.substr(0, FrequencyMenu.find(" 2-")));
     StepTo(91000ms);
     EXPECT_THAT(Controller.Texts(), IsEmpty());
-    StepTo(91200ms);  // twice as long as before
+    StepTo(91200ms);  // nothing new: twice as long as before
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
+}
+
+TEST_F(PracticePilotInFlightTest, WhoeverIsNotHeardAtAllJoinsAnew) {
+    StepTo(1000ms);
+    Says(FrequencyMenu.substr(0, FrequencyMenu.find(" 2-")));
+    const std::int32_t id = Controller.IdOf("N1");
+    StepTo(120000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("R", "R", "R"));
+    EXPECT_EQ(Controller.IdOf("N1"), id);
+    StepTo(122000ms);
+    EXPECT_EQ(Controller.Received(MessageId::RequestJoinAsPlayer).size(), 1u);
+    EXPECT_NE(Controller.IdOf("N1"), id);
+}
+
+TEST_F(PracticePilotInFlightTest, WhoeverIsNotGreetedWhereOthersAreJoinsAnew) {
+    StepTo(1000ms);
+    StepTo(200000ms);
+    const std::int32_t id = Controller.IdOf("N1");
+    EXPECT_EQ(Controller.Received(MessageId::RequestJoinAsPlayer).size(), 0u);
+    Says("N2. Welcome. Want to use our ATC services at Field?: 1-Use ATC services");
+    StepTo(201000ms);
+    EXPECT_NE(Controller.IdOf("N1"), id);
 }
 
 TEST_F(PracticePilotInFlightTest, HeSeesTheOthersAndForgetsWhoIsGone) {
