@@ -3,8 +3,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "link/run_tick.h"
 #include "shell/screen_text.h"
-#include "station/spare_list.h"
 
 namespace corvenna {
 
@@ -44,7 +44,13 @@ Form4::Form4(HandlerGate& gate, Station& station, SessionObjects& objects, Opera
       shape1_(new QFrame),
       shape2_(new Lamp(Lamp::Outline::Circle, LampRed, tr("Red lamp: monitoring"))),
       shape3_(new Lamp(Lamp::Outline::Square, LampGreen, tr("Green lamp: not monitoring"))),
-      atcTimer_(gate, "ATC_Timer", 1000ms, {"The tick", [this] { RunTick(); }}, this),
+      atcTimer_(gate, "ATC_Timer", 1000ms,
+                {"The tick",
+                 [this] {
+                     RunTick([this] { Handle([this] { window_.RunAtcTimer(); }); },
+                             [this](std::string_view line) { Tell(ReportToScreen(line)); });
+                 }},
+                this),
       connectionTimer_(gate, "Connection_Timer", 100ms,
                        {"The pump", [this] { Handle([this] { window_.RunConnectionTimer(); }); }}, this),
       refreshPlayers_(
@@ -101,14 +107,6 @@ void Form4::Handle(const std::function<void()>& handler) {
     if (!stationClosed_) return;
     Depart();
     closed_();
-}
-
-void Form4::RunTick() {
-    try {
-        Handle([this] { window_.RunAtcTimer(); });
-    } catch (const EmptyListError& error) {
-        Tell(tr("The rest of this tick was skipped: %1.").arg(ToScreen(error.what())));
-    }
 }
 
 void Form4::ShowConsole() {

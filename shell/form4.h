@@ -26,7 +26,6 @@ class Form4 final : public Window {
 
   private:
     void LayOut();
-    void RunTick();
     void Handle(const std::function<void()>& handler);
     void ShowConsole();
 

@@ -19,6 +19,17 @@ constexpr const char* Credits =
     "Terrain: elevation grids and lists of summits in the public domain\n"
     "Windows: the Qt toolkit";
 
+constexpr int LettersSeen = 72;
+
+/// A text of several lines, whole even where the screen has little room for the window.
+QLabel* NewParagraph(const char* objectName, const char* text) {
+    QLabel* const label = NewLabel(objectName, text);
+    label->setWordWrap(true);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * LettersSeen);
+    label->setMinimumHeight(label->heightForWidth(label->minimumWidth()));
+    return label;
+}
+
 }  // namespace
 
 Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
@@ -31,12 +42,8 @@ Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
     title->addStretch();
     title->addWidget(label1);
 
-    QLabel* const label2 = NewLabel("Label2", Purpose);
-    label2->setWordWrap(true);
     QGroupBox* const frame1 = NewFrame("Frame1", "Credits");
-    QLabel* const credits = NewLabel("Label3", Credits);
-    credits->setWordWrap(true);
-    (new QVBoxLayout(frame1))->addWidget(credits);
+    (new QVBoxLayout(frame1))->addWidget(NewParagraph("Label3", Credits));
 
     QPushButton* const command1 = NewButton("Command1", "&OK");
     command1->setDefault(true);
@@ -45,7 +52,7 @@ Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
 
     auto* const controls = new QVBoxLayout;
     controls->addWidget(picture, 1);
-    controls->addWidget(label2);
+    controls->addWidget(NewParagraph("Label2", Purpose));
     controls->addWidget(frame1);
     controls->addWidget(command1, 0, Qt::AlignRight);
     SetControls(controls, 0);

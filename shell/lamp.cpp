@@ -7,7 +7,7 @@ namespace corvenna {
 Lamp::Lamp(Outline outline, QRgb colour, const QString& accessibleName) : outline_(outline), colour_(colour) {
     setAccessibleName(accessibleName);
     setToolTip(accessibleName);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Minimum);
 }
 
 void Lamp::SetFill(Qt::BrushStyle fill) {

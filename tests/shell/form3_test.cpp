@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QKeyEvent>
+#include <QWindow>
+
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
 
@@ -102,6 +105,33 @@ TEST(Form3, ClosedDuringASearchItGivesTheSearchUpAndCloses) {
     scene.Press("Form3", "Command1");
     EXPECT_THAT(scene.Person.Boxes, ElementsAre(SeenBox{BoxIcon::Information, "User Canceled Connection."}));
     EXPECT_TRUE(scene.Until([&] { return scene.Program.Status().has_value(); }));
+}
+
+TEST(Form3, EscapeGivesASearchUp) {
+    HostThread host;
+    AtTheSessions scene(host.Port());
+    scene.Person.Host = "127.0.0.1:1";
+    scene.List("Form3", "List1").setCurrentRow(0);
+    QTimer escaping;
+    QObject::connect(&escaping, &QTimer::timeout, [&] {
+        if (scene.Status() != "Searching for FS Multiplayer Sessions") return;
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(scene.FindWindow("Form3").windowHandle(), &escape);
+    });
+    escaping.start(1);
+    scene.Press("Form3", "Command1");
+    EXPECT_THAT(scene.Person.Boxes, ElementsAre(SeenBox{BoxIcon::Information, "User Canceled Connection."}));
+    EXPECT_EQ(scene.Status(), "Disconnected");
+    EXPECT_THAT(scene.Open(), ElementsAre("Form3"));
+}
+
+TEST(Form3, ASearchThatTakesLongTellsTheSecondsAndTheWayOut) {
+    HostThread host;
+    AtTheSessions scene(host.Port());
+    static_cast<Form3&>(scene.FindWindow("Form3")).TellWaiting(3);
+    EXPECT_EQ(scene.Label("Form3", "StatusLine").text(), "Waiting for the network: 3 s. Escape gives up.");
+    scene.SearchesThisComputer();
+    EXPECT_EQ(scene.Label("Form3", "StatusLine").text(), "");
 }
 
 TEST(Form3, JoiningWithoutASessionAndANameAsksForBoth) {

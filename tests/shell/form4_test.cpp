@@ -4,6 +4,8 @@
 
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
+#include "station/geometry.h"
+#include "support/session_field.h"
 
 namespace corvenna {
 namespace {
@@ -147,6 +149,29 @@ TEST(Form4, WhileABoxIsOpenTheTimersRest) {
     at.Host.Do([](SimulatorPeer& simulator) { simulator.Remove("KSEA_Controller"); });
     EXPECT_TRUE(at.Scene.Until([&] { return at.Scene.IsOpen("Form2"); }));
     EXPECT_EQ(heardInBox, before);
+}
+
+TEST(Form4, AnEmptyQueueCostsOneLineAndTheStationGoesOn) {
+    SessionField field;
+    HandlerGate gate;
+    gate.OnEscape = [](auto, const std::exception& error) { FAIL() << error.what(); };
+    Form4 form(gate, field.S, field.Objects, field, [] {});
+    form.Load();
+    PlayerRecord& pilot = field.IsServed(2, "N2");
+    pilot.TunedFrequency = field.S.TowerFrequency;
+    pilot.Phase = "Takingoff";  // though nobody stands in the queue
+    pilot.Altitude = field.S.RunwayElevation + 1000;
+    const GeoPoint behindRunway = ProjectNm(field.S.RunwayLatitude, field.S.RunwayLongitude, 160, 3);
+    pilot.Latitude = behindRunway.Latitude;
+    pilot.Longitude = behindRunway.Longitude;
+    form.findChild<QPushButton*>("Command2")->click();
+    const QLabel& line = *form.findChild<QLabel*>("StatusLine");
+    EXPECT_EQ(line.text(), "");
+    form.findChild<GatedTimer*>("ATC_Timer")->Expire();
+    EXPECT_EQ(line.text(),
+              "The rest of this tick was skipped: a pilot was to leave the takeoff queue, but it is empty.");
+    EXPECT_TRUE(form.findChild<GatedTimer*>("ATC_Timer")->isActive());
+    EXPECT_EQ(form.findChild<QLabel*>("Label1")->text(), "MONITORING TRAFFIC");
 }
 
 }  // namespace

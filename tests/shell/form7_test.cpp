@@ -6,6 +6,7 @@
 
 #include "shell/shell_scene.h"
 #include "world/airport_database.h"
+#include "world/ordinary_user.h"
 
 namespace corvenna {
 namespace {
@@ -86,12 +87,18 @@ TEST(Form7, TheDriveListLeadsTheFolderList) {
 }
 
 TEST(Form7, AReadOnlyFolderOfTheProgramIsToldAndEndsIt) {
+    PracticeSimFolder();  // made with the rights of whoever runs the test
     ShellScene scene;
-    scene.Starts();
-    std::filesystem::remove_all(scene.App.Path());  // for an administrator no folder is read-only
-    scene.ChoosesSimFolder();
+    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        scene.Starts();
+        scene.ChoosesSimFolder();
+    }
+    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms::owner_all);
     ASSERT_EQ(scene.Person.Boxes.size(), 1U);
     EXPECT_THAT(scene.Person.Boxes[0].Text, HasSubstr("Corvenna.cfg: can't be written"));
+    EXPECT_THAT(scene.App.Names(), ElementsAre(TerrainName));
     EXPECT_EQ(scene.Program.Status(), 1);
 }
 

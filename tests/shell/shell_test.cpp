@@ -7,6 +7,7 @@
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
 #include "world/airport_database.h"
+#include "world/ordinary_user.h"
 
 namespace corvenna {
 namespace {
@@ -88,6 +89,41 @@ TEST(ShellStart, ASecondCopyInTheFolderOpensTheSameDatabase) {
     second.Fire("Form1", "Timer1");
     EXPECT_EQ(second.Open().size(), before + 1);
     EXPECT_THAT(second.Open(), ElementsAre("Form2", "Form2"));
+}
+
+TEST(ShellStart, ASecondCopyDuringAScanScansTooAndBothLeaveAWholeDatabase) {
+    ShellScene first;
+    first.Starts();
+    first.ChoosesSimFolder();
+    first.Fire("Form2", "Scan_Bgl");
+    ShellScene second;
+    std::filesystem::current_path(first.App.Path());
+    second.Starts();
+    EXPECT_THAT(second.Open(), ElementsAre("Form2", "Form7"));
+    first.Scans();
+    const std::int32_t airports = ReadConfig(first.App.Path()).AirportCount;
+    EXPECT_EQ(ReadDatabase(first.App.Path()).Count(), airports);
+    first.Chooses(Seattle);
+    second.ChoosesSimFolder();
+    EXPECT_THAT(second.Open(), ElementsAre("Form2", "Form3"));
+    second.Scans();
+    EXPECT_EQ(ReadConfig(first.App.Path()).AirportCount, airports);
+    EXPECT_EQ(ReadDatabase(first.App.Path()).Count(), airports);
+    EXPECT_EQ(second.Find<QComboBox>("Form2", "Combo1").count(), airports);
+}
+
+TEST(ShellStart, AReadOnlyFolderWithADatabaseIsEnough) {
+    ShellScene scene;
+    scene.HasDatabase();
+    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        scene.Starts();
+        scene.Chooses(Seattle);
+    }
+    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms::owner_all);
+    EXPECT_THAT(scene.Person.Boxes, IsEmpty());
+    EXPECT_THAT(scene.Open(), ElementsAre("Form3"));
 }
 
 // ---- From window to window

@@ -40,6 +40,7 @@ class Album {
 void TakeAll(Album& album) {
     HostThread host;
     ShellScene scene(host.Port());
+    std::filesystem::create_directory(scene.App.Path("FS2002"));
     scene.Program.Start();
     album.Take(scene.FindWindow("Form1"), "form1");
     scene.Fire("Form1", "Timer1");

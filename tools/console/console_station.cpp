@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "link/run_tick.h"
+
 namespace corvenna {
 
 namespace {

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-#include "station/spare_list.h"
-
 namespace corvenna {
 
 StationTimers::StationTimers(std::vector<StationTimer> timers, std::chrono::milliseconds now) {
@@ -33,14 +31,6 @@ std::chrono::milliseconds StationTimers::NextDue() const {
     return std::min_element(entries_.begin(), entries_.end(),
                             [](const Entry& a, const Entry& b) { return a.Due < b.Due; })
         ->Due;
-}
-
-void RunTick(const std::function<void()>& tick, const std::function<void(std::string_view)>& tellOperator) {
-    try {
-        tick();
-    } catch (const EmptyListError& error) {
-        tellOperator(fmt::format("The rest of this tick was skipped: {}.", error.what()));
-    }
 }
 
 }  // namespace corvenna

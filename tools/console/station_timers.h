@@ -42,8 +42,4 @@ class StationTimers {
     std::vector<Entry> entries_;
 };
 
-/// Runs the body of the tick. A removal from an empty queue costs no more than the rest of this tick, and
-/// the operator one line; any other error is thrown on.
-void RunTick(const std::function<void()>& tick, const std::function<void(std::string_view)>& tellOperator);
-
 }  // namespace corvenna

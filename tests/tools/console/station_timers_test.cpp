@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "station/spare_list.h"
-
 namespace corvenna {
 namespace {
 
@@ -83,24 +81,6 @@ TEST_F(StationTimersTest, AnErrorComesOutWithTheTimersName) {
         EXPECT_STREQ(error.what(), "the tick failed: no session");
     }
     EXPECT_THAT(Ran, IsEmpty());
-}
-
-TEST(RunTick, AnEmptiedQueueCostsOneLine) {
-    std::vector<std::string> told;
-    RunTick([] { throw EmptyListError("the takeoff queue is empty"); },
-            [&](std::string_view words) { told.emplace_back(words); });
-    EXPECT_THAT(told, ElementsAre("The rest of this tick was skipped: the takeoff queue is empty."));
-}
-
-TEST(RunTick, AnyOtherErrorGoesOn) {
-    EXPECT_THROW(RunTick([] { throw std::runtime_error("x"); }, [](std::string_view) { FAIL(); }),
-                 std::runtime_error);
-}
-
-TEST(RunTick, AGoodTickSaysNothing) {
-    bool ran = false;
-    RunTick([&] { ran = true; }, [](std::string_view) { FAIL(); });
-    EXPECT_TRUE(ran);
 }
 
 }  // namespace
