@@ -287,10 +287,6 @@ bool PracticePilot::Done(const Fly& step, std::chrono::milliseconds now) {
     return true;
 }
 
-bool PracticePilot::Done(const Linger& step, std::chrono::milliseconds now) {
-    return now - stepBegan_ >= step.Time;
-}
-
 void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
     if (flight_->StartsOver()) return StartOver(now);
     if (!answered_ && now - heardAt_ >= ThinkingTime) {

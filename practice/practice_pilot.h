@@ -31,11 +31,7 @@ struct Fly {
     FlightPlan Plan;
 };
 
-struct Linger {
-    std::chrono::milliseconds Time;
-};
-
-using PilotStep = std::variant<Choose, AskAgain, Fly, Linger>;
+using PilotStep = std::variant<Choose, AskAgain, Fly>;
 
 /// What a practice pilot is going to do, step by step.
 struct PilotScript {
@@ -137,7 +133,6 @@ class PracticePilot {
     bool Done(const Choose& step, std::chrono::milliseconds now);
     bool Done(const AskAgain& step, std::chrono::milliseconds now);
     bool Done(const Fly& step, std::chrono::milliseconds now);
-    bool Done(const Linger& step, std::chrono::milliseconds now);
     void AnswerInFlight(std::chrono::milliseconds now);
     void AskForRepeat(std::chrono::milliseconds now);
     void StartOver(std::chrono::milliseconds now);

@@ -163,8 +163,9 @@ constexpr const char* FlyExamples = R"(Examples:
   corvenna-practice fly 192.168.1.5 --pilots 20 --unruly a crowd for a host on the network
   corvenna-practice fly --pilots 1 --seed 3 --speed 20 --picture arrival.svg
 
-The first pilots of seeds 0 to 5 fly a VFR circuit, an IFR round trip, a VFR arrival, an IFR arrival, one with a
-missed approach and an IFR departure; their followers go on in that order.
+The first pilots of seeds 0 to 7 fly a VFR circuit, an IFR round trip, a VFR arrival, an IFR arrival, one with a
+missed approach, an IFR departure, a VFR round trip and an IFR arrival from 150 miles; their followers go on in that
+order.
 Ctrl-C, SIGTERM and the end of the minutes end it with a summary.)";
 
 void AddTraffic(CLI::App& command, TrafficPlan& traffic) {

@@ -10,16 +10,16 @@ namespace {
 constexpr std::string_view SimulatorName = "fs2002.exe";
 
 /// Where a file of the database stands, or is to stand if there is none yet.
-std::string PathOf(std::string_view appFolder, std::string_view name) {
+std::string DatabaseFile(std::string_view appFolder, std::string_view name) {
     std::string path = JoinPath(appFolder, name);
     const auto found = FindPath(path);
-    return found ? found->string() : path;
+    return found ? BytesOf(*found) : path;
 }
 
 }  // namespace
 
 ConfigRecord ReadConfig(std::string_view appFolder) {
-    const std::string path = PathOf(appFolder, ConfigName);
+    const std::string path = DatabaseFile(appFolder, ConfigName);
     try {
         return ConfigFromBytes(ReadWholeFile(path));
     } catch (const DamagedData& damage) {
@@ -44,7 +44,7 @@ std::string ConfigBytes(const ConfigRecord& config) {
 }
 
 void WriteConfig(std::string_view appFolder, const ConfigRecord& config) {
-    const std::string path = PathOf(appFolder, ConfigName);
+    const std::string path = DatabaseFile(appFolder, ConfigName);
     const std::string fresh = ConfigBytes(config);
     std::string beyond = FindPlainFile(path) ? ReadWholeFile(path) : std::string();
     beyond.erase(0, fresh.size());
@@ -52,7 +52,7 @@ void WriteConfig(std::string_view appFolder, const ConfigRecord& config) {
 }
 
 AirportList ReadAirports(std::string_view appFolder, std::int32_t airportCount) {
-    const std::string path = PathOf(appFolder, AirportsName);
+    const std::string path = DatabaseFile(appFolder, AirportsName);
     try {
         return AirportList::FromBytes(ReadWholeFile(path), airportCount);
     } catch (const DamagedData& damage) {
@@ -64,7 +64,7 @@ void WriteAirports(std::string_view appFolder, const AirportList& airports) {
     const std::string spare = AirportList::SpareRecord();
     std::vector<std::string_view> pieces = airports.Pieces();
     pieces.push_back(spare);
-    ReplaceFile(PathOf(appFolder, AirportsName), pieces);
+    ReplaceFile(DatabaseFile(appFolder, AirportsName), pieces);
 }
 
 AirportList ReadDatabase(std::string_view appFolder) {
@@ -75,17 +75,17 @@ bool DatabaseIsThere(std::string_view appFolder) {
     const auto isThere = [&](std::string_view name) {
         return FindPlainFile(JoinPath(appFolder, name)).has_value();
     };
-    if (!isThere(AirportsName)) RemoveFile(PathOf(appFolder, ConfigName));
+    if (!isThere(AirportsName)) RemoveFile(DatabaseFile(appFolder, ConfigName));
     if (isThere(ConfigName)) return true;
     RemoveAirports(appFolder);
     return false;
 }
 
-void RemoveAirports(std::string_view appFolder) { RemoveFile(PathOf(appFolder, AirportsName)); }
+void RemoveAirports(std::string_view appFolder) { RemoveFile(DatabaseFile(appFolder, AirportsName)); }
 
 void RemoveDatabase(std::string_view appFolder) {
     RemoveAirports(appFolder);
-    RemoveFile(PathOf(appFolder, ConfigName));
+    RemoveFile(DatabaseFile(appFolder, ConfigName));
 }
 
 bool IsSimFolder(std::string_view folder) {

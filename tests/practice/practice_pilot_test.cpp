@@ -385,15 +385,20 @@ TEST_F(PracticePilotInFlightTest, WhoHasNotBeenGreetedDoesNotAskForARepeat) {
 }
 
 TEST_F(PracticePilotTest, WhenTheScriptIsDoneHeLeavesTheSession) {
-    PilotScript script = Script({Linger{1s}});
+    PilotScript script = Script({AskAgain{}});
     script.Stays = false;
     const auto pilot = AdmittedPilot(script);
+    Says(FrequencyMenu);
     pilot->Step(1000ms);
+    pilot->Step(3000ms);
+    EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
     EXPECT_FALSE(pilot->Gone());
-    pilot->Step(1100ms);
+    Says(FrequencyMenu);
+    pilot->Step(4000ms);
+    pilot->Step(4100ms);
     EXPECT_TRUE(pilot->Gone());
     EXPECT_EQ(Controller.IdOf("N1"), 0);
-    pilot->Step(1200ms);
+    pilot->Step(4200ms);
     EXPECT_TRUE(pilot->Gone());
 }
 
