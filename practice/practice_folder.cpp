@@ -9,6 +9,7 @@
 #include "practice/world_writer.h"
 #include "world/airport_database.h"
 #include "world/airport_selection.h"
+#include "world/files.h"
 #include "world/magnetic_table.h"
 #include "world/scenery_scan.h"
 
@@ -29,14 +30,14 @@ void WriteWorld(const fs::path& world, const fs::path& data) {
 }
 
 void ScanWorld(const fs::path& world, const fs::path& folder) {
-    BeginDatabase(world.string(), folder.string());
+    BeginDatabase(BytesOf(world), BytesOf(folder));
     Station station;
-    LoadMagVarOf(world.string(), station);
+    LoadMagVarOf(BytesOf(world), station);
     ScanObserver nobody;
-    SceneryScan scan(station, world.string(), nobody);
+    SceneryScan scan(station, BytesOf(world), nobody);
     while (scan.Tick()) {
     }
-    FinishDatabase(scan, world.string(), folder.string());
+    FinishDatabase(scan, BytesOf(world), BytesOf(folder));
 }
 
 std::string FindLabel(const std::vector<std::string>& labels, std::string_view codeOrLabel) {
@@ -56,10 +57,10 @@ std::string FindLabel(const std::vector<std::string>& labels, std::string_view c
 void CompletePracticeFolder(const fs::path& folder, const fs::path& data,
                             const std::function<void(std::string_view)>& tell) {
     fs::create_directories(folder);
-    if (!DatabaseIsThere(folder.string())) {
+    if (!DatabaseIsThere(BytesOf(folder))) {
         const fs::path world = fs::absolute(folder) / WorldName;
         tell(fmt::format("The first time here: making a practice world and its airport database in {}",
-                         folder.string()));
+                         BytesOf(folder)));
         WriteWorld(world, data);
         ScanWorld(world, folder);
     }
@@ -67,7 +68,7 @@ void CompletePracticeFolder(const fs::path& folder, const fs::path& data,
 }
 
 std::vector<std::string> AirportLabels(const fs::path& folder) {
-    const AirportList airports = ReadDatabase(folder.string());
+    const AirportList airports = ReadDatabase(BytesOf(folder));
     std::vector<std::string> labels;
     for (std::int32_t i = 0; i < airports.Count(); ++i) labels.push_back(AirportLabel(airports.Fields(i)));
     return labels;
@@ -75,8 +76,8 @@ std::vector<std::string> AirportLabels(const fs::path& folder) {
 
 void SelectByName(Station& station, const fs::path& folder, std::string_view codeOrLabel) {
     const std::string label = FindLabel(AirportLabels(folder), codeOrLabel);
-    LoadMagVarOf(ReadConfig(folder.string()).SimFolder, station);
-    PrepareStation(station, folder.string(), label);
+    LoadMagVarOf(ReadConfig(BytesOf(folder)).SimFolder, station);
+    PrepareStation(station, BytesOf(folder), label);
 }
 
 }  // namespace corvenna

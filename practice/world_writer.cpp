@@ -63,7 +63,7 @@ std::string LocalOf(const Region& region, const fs::path& simulator) {
         case LocalForm::Slashes:
             return RelativeLocal(region.Folder, '/');
         case LocalForm::Absolute:
-            return (fs::absolute(simulator).lexically_normal() / region.Folder).string();
+            return BytesOf(fs::absolute(simulator).lexically_normal() / region.Folder);
     }
     return {};
 }
@@ -90,12 +90,12 @@ class SceneryLibrary {
 
 // ---- Folders and files
 
-void WriteFile(const fs::path& path, std::string_view bytes) { ReplaceFile(path.string(), {bytes}); }
+void WriteFile(const fs::path& path, std::string_view bytes) { ReplaceFile(BytesOf(path), {bytes}); }
 
 void MakeFolder(const fs::path& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (error) throw FileError(path.string(), error.message());
+    if (error) throw FileError(BytesOf(path), error.message());
 }
 
 /// A real simulator must not be written into, nor an older practice world, whose airports would stay.
@@ -103,8 +103,8 @@ void MakeEmptyFolder(const fs::path& path) {
     MakeFolder(path);
     std::error_code error;
     const bool empty = fs::is_empty(path, error);
-    if (error) throw FileError(path.string(), error.message());
-    if (!empty) throw FileError(path.string(), "is not empty; name a folder that is new or empty");
+    if (error) throw FileError(BytesOf(path), error.message());
+    if (!empty) throw FileError(BytesOf(path), "is not empty; name a folder that is new or empty");
 }
 
 /// The folder of a region that holds its files.

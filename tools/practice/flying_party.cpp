@@ -108,7 +108,7 @@ std::string FlyingParty::Summary() const {
 }
 
 void FlyingParty::DrawPicture(const std::filesystem::path& file) const {
-    ReplaceFile(file.string(), {DrawPractice(station_, log_)});
+    ReplaceFile(BytesOf(file), {DrawPractice(station_, log_)});
 }
 
 void FlyUntil(FlyingParty& party, Terminal& terminal, std::optional<std::chrono::milliseconds> length,

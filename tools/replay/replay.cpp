@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "link/fs_messages.h"
+#include "world/files.h"
 #include "world/magnetic_table.h"
 
 namespace corvenna {
@@ -35,11 +36,11 @@ std::optional<std::string> ChatText(std::span<const std::byte> bytes) {
 }  // namespace
 
 void Replay::Select(const std::filesystem::path& appFolder, const std::string& label) {
-    if (const auto box = PrepareStation(TheStation, (Folder / appFolder).string(), label)) selected_ = box;
+    if (const auto box = PrepareStation(TheStation, BytesOf(Folder / appFolder), label)) selected_ = box;
 }
 
 void Replay::LoadVariation(const std::filesystem::path& file) {
-    LoadMagVar((Folder / file).string(), TheStation);
+    LoadMagVar(BytesOf(Folder / file), TheStation);
 }
 
 void Replay::Open(std::int32_t controllerId, const std::string& controllerName, std::int32_t maxPlayers) {
