@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -77,7 +78,15 @@ TEST(Replay, AByteOfATextIsTheCharacterOfTheSameNumber) {
                R"({"do":"announce","id":2,"role":"player"})", R"({"do":"pump"})", R"({"do":"tick"})"}));
     const std::string output = script.Run();
     EXPECT_THAT(output, HasSubstr("4afc726780ff2e"));
-    EXPECT_THAT(output, HasSubstr("\"text\":\"J\u00fcrg\u0080\u00ff. Welcome"));
+    EXPECT_THAT(output, HasSubstr(R"("text":"J\u00fcrg\u0080\u00ff. Welcome)"));
+}
+
+TEST(Replay, NoCharacterOfATextEndsALineOfTheOutput) {
+    const std::string output = ScriptFile(Lines({R"({"do":"station","AirportName":"a\u0085b\nc\u001ed"})",
+                                                 R"({"do":"dump-station"})"}))
+                                   .Run();
+    EXPECT_THAT(output, StartsWith(R"({"station":{"AirportName":"a\u0085b\nc\u001ed",)"));
+    EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
 }
 
 TEST(Replay, BeforeTheFirstOpeningAndAfterTheClosingNothingHappens) {
