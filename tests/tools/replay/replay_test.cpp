@@ -11,6 +11,7 @@
 namespace corvenna {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -156,6 +157,19 @@ TEST(ScriptErrors, NameFileLineAndReason) {
 
 TEST(ScriptErrors, OneWrongLineAndNothingIsDone) {
     EXPECT_THAT(ScriptFile(Lines({Open, R"({"do":"dump"})", "{"})).Error(), HasSubstr(".jsonl:3: "));
+}
+
+TEST(ScriptErrors, WhatIsNotJsonIsToldByItsByte) {
+    EXPECT_THAT(ErrorOf(R"({"do":"tick",})"), EndsWith(".jsonl:3: byte 14: not JSON"));
+    EXPECT_THAT(ErrorOf(R"({"do":"tick"} {"do":"tick"})"), EndsWith(".jsonl:3: byte 15: not JSON"));
+    EXPECT_THAT(ErrorOf("{\"do\":\"tick\"}" + std::string(1, '\0') + "x"),
+                EndsWith(".jsonl:3: byte 14: not JSON"));
+    EXPECT_THAT(ErrorOf(R"({"do":"tick","times":1e999})"), EndsWith(".jsonl:3: a number is too large"));
+}
+
+TEST(ScriptErrors, AQueueIsToldByItsName) {
+    EXPECT_THAT(ErrorOf(R"({"do":"queues","LandingQueue":[1]})"),
+                EndsWith(R"(.jsonl:3: "LandingQueue": a text is expected)"));
 }
 
 TEST(ScriptErrors, UnknownWordsAndFields) {
