@@ -161,6 +161,7 @@ int Fail(std::string_view words) {
 int main(int argc, char** argv) {
     Options options;
     CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
+    app.set_version_flag("--version", "corvenna-console " CORVENNA_VERSION);
     AddOptions(app, options);
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);

@@ -17,6 +17,7 @@ constexpr const char* Description =
 int main(int argc, char** argv) {
     std::string file;
     CLI::App app(Description);
+    app.set_version_flag("--version", "corvenna-replay " CORVENNA_VERSION);
     app.add_option("SCRIPT", file, "The script to run")->required();
     const corvenna::CommandLine words(argc, argv, corvenna::Spelling::Utf8);
     corvenna::KeepLineEnds();

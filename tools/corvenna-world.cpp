@@ -170,6 +170,7 @@ std::int64_t DecimalOffset(const std::string& text) {
 
 int Run(int argc, char** argv) {
     CLI::App app("Scenery and airport database files of Corvenna.");
+    app.set_version_flag("--version", "corvenna-world " CORVENNA_VERSION);
     app.require_subcommand(1);
     std::string simFolder, appFolder, label;
     const CommandLine words(argc, argv, Spelling::Files);

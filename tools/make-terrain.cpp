@@ -145,6 +145,7 @@ std::size_t MakeTerrain(const Options& options, const Progress& progress) {
 int Run(int argc, char** argv) {
     Options options;
     CLI::App app(About, "make-terrain");
+    app.set_version_flag("--version", "make-terrain " CORVENNA_VERSION);
     Describe(app, options);
     const CommandLine words(argc, argv, Spelling::Files);
     try {
