@@ -115,8 +115,8 @@ void AddFolders(CLI::App& command, std::optional<std::string>& app, std::optiona
     command.add_option("--data", data, "Folder of the data files");
 }
 
-void AddSpeed(CLI::App& command, int& speed) {
-    command
+CLI::Option* AddSpeed(CLI::App& command, int& speed) {
+    return command
         .add_option("--speed", speed, "How many times faster time runs; the controller's must run as fast")
         ->check(CLI::Range(1, 60))
         ->capture_default_str();
@@ -255,12 +255,14 @@ struct RunArguments {
     std::optional<std::string> Data;
     std::optional<double> Minutes;
     int Speed = 1;
+    bool Desktop = false;
 };
 
 constexpr const char* RunExamples = R"(Examples:
   corvenna-practice run                                    until Ctrl-C
   corvenna-practice run --minutes 3 --speed 20 < /dev/null  an hour in three minutes
   corvenna-practice run --airport LOWI --pilots 12 --unruly
+  corvenna-practice run --desktop                          you are the controller
 
 While it runs, corvenna-practice sit NAME in another terminal takes you along.)";
 
@@ -268,13 +270,40 @@ void AddRunOptions(CLI::App& command, RunArguments& options) {
     command.add_option("--airport", options.Run.Airport, "Code or label of the airport")
         ->capture_default_str();
     AddTraffic(command, options.Run.Traffic);
-    AddSpeed(command, options.Speed);
+    auto* const speed = AddSpeed(command, options.Speed);
     AddLength(command, options.Minutes);
     AddPicture(command, options.Run.Picture);
+    command
+        .add_flag("--desktop", options.Desktop,
+                  "Open the desktop program for the controller, who joins the session by himself")
+        ->excludes(speed);
     command.add_option("--bind", options.Run.Bind, "Address of this computer at which the session is hosted")
         ->capture_default_str();
     AddFolders(command, options.App, options.Data);
     command.footer(RunExamples);
+}
+
+std::vector<std::string> ConsoleStation(const RunArguments& arguments) {
+    const RunOptions& options = arguments.Run;
+    std::vector<std::string> command{(ProgramFolder() / "corvenna-console").string(),
+                                     "--join",
+                                     options.Bind,
+                                     "--airport",
+                                     options.Airport,
+                                     "--app",
+                                     options.App.string(),
+                                     "--speed",
+                                     std::to_string(arguments.Speed)};
+    if (arguments.Data) command.insert(command.end(), {"--data", *arguments.Data});
+    return command;
+}
+
+/// The desktop program takes the current folder for its own.
+std::vector<std::string> DesktopStation(RunOptions& options) {
+    options.App = std::filesystem::absolute(options.App);
+    if (!options.Picture.empty()) options.Picture = std::filesystem::absolute(options.Picture).string();
+    std::filesystem::current_path(options.App);
+    return {(ProgramFolder() / "corvenna").string()};
 }
 
 void RunAll(RunArguments arguments) {
@@ -283,22 +312,14 @@ void RunAll(RunArguments arguments) {
     RunOptions& options = arguments.Run;
     options.App = PracticeFolder(arguments.App, arguments.Data);
     options.Length = Length(arguments.Minutes, arguments.Speed);
-    options.Station = {(ProgramFolder() / "corvenna-console").string(),
-                       "--join",
-                       options.Bind,
-                       "--airport",
-                       options.Airport,
-                       "--app",
-                       options.App.string(),
-                       "--speed",
-                       std::to_string(arguments.Speed)};
-    if (arguments.Data) options.Station.insert(options.Station.end(), {"--data", *arguments.Data});
+    options.Station = arguments.Desktop ? DesktopStation(options) : ConsoleStation(arguments);
     RunWholePractice(options, terminal, std::cout);
 }
 
 int Run(int argc, char** argv) {
     CLI::App app("A simulator to practise with, for everybody who doesn't have the real one.",
                  "corvenna-practice");
+    app.set_version_flag("--version", "corvenna-practice " CORVENNA_VERSION);
     app.require_subcommand(1);
     WorldOptions world;
     CLI::App* const worldCommand = app.add_subcommand("world", "Make a simulator folder with real airports");

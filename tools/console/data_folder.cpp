@@ -19,7 +19,7 @@ std::filesystem::path FindDataFolder(const std::optional<std::string>& given,
     if (given) {
         places = {*given};
     } else {
-        places = {programFolder / ".." / "share" / "corvenna", programFolder / "data", CORVENNA_SOURCE_DATA};
+        places = {programFolder / ".." / "share" / "corvenna", programFolder, CORVENNA_SOURCE_DATA};
     }
     std::string looked;
     for (const auto& place : places) {
