@@ -38,6 +38,7 @@ bool AnyIsOpen(const std::vector<Window*>& windows) {
 
 Shell::Shell(DirectPlayOptions session) {
     LoadPictures();
+    QApplication::setDesktopFileName("corvenna");
     QApplication::setWindowIcon(QIcon(":/corvenna/corvenna.png"));
     QApplication::setQuitOnLastWindowClosed(false);
     session.AskHost = [] { return AskForHost(QApplication::activeWindow()); };
