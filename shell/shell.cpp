@@ -43,6 +43,7 @@ bool AnyIsOpen(const std::vector<Window*>& windows) {
 }  // namespace
 
 Shell::Shell(DirectPlayOptions session) {
+    QApplication::setDesktopFileName("corvenna");
     QApplication::setWindowIcon(ProgramIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     session.AskHost = [] { return AskForHost(QApplication::activeWindow()); };
