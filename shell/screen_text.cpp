@@ -9,13 +9,10 @@ QString ToScreen(std::string_view bytes) { return QString::fromStdString(CodePag
 
 std::string ToBytes(const QString& text) { return Utf8ToCodePage(text.toStdString()); }
 
-std::string ToPath(const QString& text) { return BytesOf(text.toStdString()); }
+std::string ToPath(const QString& text) { return BytesOf(PathOfUtf8(text.toStdString())); }
 
 QString FromPath(std::string_view path) { return QString::fromStdString(PathOf(path).string()); }
 
-QString ReportToScreen(std::string_view report) {
-    const QString text = QString::fromUtf8(report);
-    return text.contains(QChar::ReplacementCharacter) ? ToScreen(report) : text;
-}
+QString ReportToScreen(std::string_view report) { return QString::fromStdString(ReportToUtf8(report)); }
 
 }  // namespace corvenna

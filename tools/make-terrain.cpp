@@ -171,4 +171,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace corvenna
 
-int main(int argc, char** argv) { return corvenna::Run(argc, argv); }
+int main(int argc, char** argv) {
+    const corvenna::ConsoleSpelling spelling(corvenna::Spelling::Files);
+    return corvenna::Run(argc, argv);
+}

@@ -83,20 +83,14 @@ void ReadToTheEnd() {
 
 }  // namespace
 
-struct SystemTerminal::Platform {
-    UINT CodePageBefore = GetConsoleOutputCP();
-};
+struct SystemTerminal::Platform {};
 
 SystemTerminal::SystemTerminal() : platform_(std::make_unique<Platform>()) {
-    SetConsoleOutputCP(CP_UTF8);
     SetConsoleCtrlHandler(&OnStopAsked, TRUE);
     std::thread(&ReadToTheEnd).detach();
 }
 
-SystemTerminal::~SystemTerminal() {
-    SetConsoleCtrlHandler(&OnStopAsked, FALSE);
-    SetConsoleOutputCP(platform_->CodePageBefore);
-}
+SystemTerminal::~SystemTerminal() { SetConsoleCtrlHandler(&OnStopAsked, FALSE); }
 
 TerminalInput SystemTerminal::Wait(std::chrono::milliseconds atMost) {
     Mailbox& mailbox = TheMailbox();

@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include <filesystem>
 #include <system_error>
 
 #include "tools/practice/started_program.h"
+#include "world/files.h"
 
 namespace corvenna {
 
@@ -13,7 +13,7 @@ namespace {
 std::wstring Quoted(const std::string& word) {
     std::wstring quoted = L"\"";
     std::size_t backslashes = 0;
-    for (const wchar_t c : std::filesystem::path(word).wstring()) {
+    for (const wchar_t c : PathOfUtf8(word).wstring()) {
         if (c == L'"') quoted.append(backslashes + 1, L'\\');
         backslashes = c == L'\\' ? backslashes + 1 : 0;
         quoted += c;
