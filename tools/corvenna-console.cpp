@@ -14,6 +14,7 @@
 #include "tools/console/system_terminal.h"
 #include "tools/platform/platform.h"
 #include "world/airport_check.h"
+#include "world/files.h"
 
 namespace {
 
@@ -159,8 +160,10 @@ int Fail(std::string_view words) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const ConsoleSpelling spelling(Spelling::Utf8);
     Options options;
     CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
+    app.set_version_flag("--version", "corvenna-console " CORVENNA_VERSION);
     AddOptions(app, options);
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);
@@ -171,8 +174,9 @@ int main(int argc, char** argv) {
         }
         const auto data = FindDataFolder(options.Data, ProgramFolder());
         const std::filesystem::path appFolder =
-            options.App ? std::filesystem::path(*options.App) : CacheFolder() / "corvenna";
-        CompletePracticeFolder(appFolder, data, [](std::string_view what) { std::cerr << what << '\n'; });
+            options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
+        CompletePracticeFolder(appFolder, data,
+                               [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
         if (options.ListAirports) {
             ListAirports(appFolder);
         } else {
@@ -182,6 +186,6 @@ int main(int argc, char** argv) {
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const std::exception& error) {
-        return Fail(error.what());
+        return Fail(ReportToUtf8(error.what()));
     }
 }
