@@ -12,6 +12,7 @@
 #include "tools/console/system_terminal.h"
 #include "tools/platform/platform.h"
 #include "world/airport_check.h"
+#include "world/files.h"
 
 namespace {
 
@@ -134,8 +135,9 @@ void Run(const Options& options) {
     if (options.SearchHost) return Search(*options.SearchHost);
     const auto data = FindDataFolder(options.Data, ProgramFolder());
     const std::filesystem::path appFolder =
-        options.App ? std::filesystem::path(*options.App) : CacheFolder() / "corvenna";
-    CompletePracticeFolder(appFolder, data, [](std::string_view what) { std::cerr << what << '\n'; });
+        options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
+    CompletePracticeFolder(appFolder, data,
+                           [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
     if (options.ListAirports) return ListAirports(appFolder);
     Control(options, appFolder);
 }
@@ -143,8 +145,10 @@ void Run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const ConsoleSpelling spelling(Spelling::Utf8);
     Options options;
     CLI::App app("An automatic air traffic controller for a multiplayer session, in a terminal.");
+    app.set_version_flag("--version", "corvenna-console " CORVENNA_VERSION);
     AddOptions(app, options);
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);
@@ -159,6 +163,6 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return Fail(WrongCommandLine, error.what());
     } catch (const std::exception& error) {
-        return Fail(Failed, error.what());
+        return Fail(Failed, ReportToUtf8(error.what()));
     }
 }

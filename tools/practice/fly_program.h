@@ -13,7 +13,7 @@ struct FlyOptions {
     SessionAccess Access;
     TrafficPlan Traffic;
     std::optional<std::chrono::milliseconds> Length;  ///< by the terminal's clock
-    std::string Picture;                              ///< file, of the last airport; empty: none
+    std::filesystem::path Picture;                    ///< of the last airport; empty: none
 };
 
 /// Flies until the length is over or the terminal asks for the end, prints what the pilots do, and in the end
