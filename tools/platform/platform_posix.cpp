@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -24,6 +25,13 @@ void LeaveInputToOthers() {
     if (nothing < 0) return;
     dup2(nothing, STDIN_FILENO);
     close(nothing);
+}
+
+void AllowManyOpenFiles() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 bool ErrorOutputIsTerminal() { return isatty(STDERR_FILENO) == 1; }

@@ -1,6 +1,7 @@
 #include "tools/platform/platform.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace corvenna {
@@ -27,6 +28,13 @@ TEST(OutputTakesColour, NotWhenItIsNoTerminal) {
 
 TEST(ProgramFolder, HoldsTheProgram) {
     EXPECT_TRUE(std::filesystem::exists(ProgramFolder() / "platform_tests"));
+}
+
+TEST(AllowManyOpenFiles, RaisesTheLimitToTheHighest) {
+    AllowManyOpenFiles();
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_EQ(limit.rlim_cur, limit.rlim_max);
 }
 
 }  // namespace
