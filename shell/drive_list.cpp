@@ -3,6 +3,9 @@
 #include <QDir>
 #include <QStorageInfo>
 
+#include "shell/screen_text.h"
+#include "world/drives.h"
+
 namespace corvenna {
 
 namespace {
@@ -14,25 +17,28 @@ bool IsForPeople(const QStorageInfo& volume) {
            root.startsWith("/Volumes/");
 }
 
-QString DriveLetter(const QString& root) { return root.left(2).toLower(); }
-
 }  // namespace
 
 DriveList::DriveList(QWidget* parent) : QComboBox(parent) {
     setAccessibleName(tr("Drive"));
-    for (const QFileInfo& drive : QDir::drives()) {
-        const QString root = drive.absoluteFilePath();
-        const QString volume = QStorageInfo(root).name();
-        if (root == "/") {
-            addItem(tr("This computer: /"), root);
-        } else {
-            addItem(volume.isEmpty() ? DriveLetter(root) : DriveLetter(root) + " [" + volume + "]", root);
-        }
+    for (const std::string& drive : ListDrives()) {
+        const QString name = ToScreen(drive);
+        addItem(name, name.left(2).toUpper() + '/');
     }
     if (QDir::rootPath() != "/") return;
+    addItem(tr("This computer: /"), "/");
     addItem(tr("Your folder: %1").arg(QDir::homePath()), QDir::homePath());
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
         if (IsForPeople(volume)) addItem(volume.displayName(), volume.rootPath());
+    }
+}
+
+void DriveList::ShowDriveOf(const QString& path) {
+    for (int i = count() - 1; i >= 0; --i) {
+        const QString root = itemData(i).toString();
+        if (!path.startsWith(root, Qt::CaseInsensitive)) continue;
+        setCurrentIndex(i);
+        return;
     }
 }
 

@@ -12,6 +12,9 @@ class DriveList final : public QComboBox {
   public:
     explicit DriveList(QWidget* parent = nullptr);
 
+    /// Chooses the drive on which a folder is.
+    void ShowDriveOf(const QString& path);
+
     /// The folder at the root of the chosen drive.
     QString Root() const { return currentData().toString(); }
 };

@@ -115,10 +115,8 @@ void Form3::LayOut() {
 void Form3::Connect() {
     connect(text2_, &QLineEdit::textChanged, this,
             [this](const QString& text) { joining_.WriteNickname(ToBytes(text)); });
-    connect(list1_, &QListWidget::itemSelectionChanged, this, [this] {
-        const auto row = SelectedRow(*list1_);
-        if (row) Gate().Run("The choice of the connection", [this, row] { joining_.SelectConnection(*row); });
-    });
+    connect(list1_, &QListWidget::itemSelectionChanged, this, &Form3::ChooseConnection);
+    connect(list1_, &QListWidget::itemClicked, this, &Form3::ChooseConnection);  // also when it is chosen
     connect(list2_, &QListWidget::itemSelectionChanged, this, [this] {
         const auto row = SelectedRow(*list2_);
         if (row) joining_.SelectSession(*row);
@@ -126,6 +124,11 @@ void Form3::Connect() {
     On(command1_, "The search", &Joining::Search);
     On(command2_, "The way into the session", &Joining::Join);
     On(command3_, "The end", &Joining::Close);
+}
+
+void Form3::ChooseConnection() {
+    const auto row = SelectedRow(*list1_);
+    if (row) Gate().Run("The choice of the connection", [this, row] { joining_.SelectConnection(*row); });
 }
 
 /// What was told about an earlier try goes.

@@ -38,6 +38,7 @@ class Form3 final : public Window {
   private:
     void LayOut();
     void Connect();
+    void ChooseConnection();
     void On(QPushButton* button, std::string_view name, void (Joining::*handler)());
     void ShowForm();
 

@@ -1,5 +1,6 @@
 #include "shell/form5.h"
 
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "shell/picture.h"
@@ -47,7 +48,7 @@ Form5::Form5(HandlerGate& gate) : Window(gate, "Form5", "About Corvenna v1.3") {
 
     QPushButton* const command1 = NewButton("Command1", "&OK");
     command1->setDefault(true);
-    command1->setShortcut(Qt::Key_Escape);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, command1, &QPushButton::click);
     OnClick(command1, "The about window", [this] { Depart(); });
 
     auto* const controls = new QVBoxLayout;

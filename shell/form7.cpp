@@ -70,13 +70,15 @@ void Form7::LayOut() {
 void Form7::Load() {
     RemoveAirports(program_.AppFolder);
     dir1_->SetPath(QDir::currentPath());
+    drive1_->ShowDriveOf(QDir::currentPath());
     show();
     dir1_->setFocus();
 }
 
 void Form7::DropRootSeparator() {
-    const QString folder = FromPath(WithoutRootSeparator(ToPath(text1_->text())));
-    if (folder != text1_->text()) text1_->setText(folder);
+    const std::string folder = ToPath(text1_->text());
+    const std::string without = WithoutRootSeparator(folder);
+    if (without != folder) text1_->setText(FromPath(without));
 }
 
 void Form7::CreateConfiguration() {

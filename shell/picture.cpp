@@ -10,7 +10,7 @@ constexpr int WidthInLetters = 84;  // of the usual font, so that the picture gr
 
 }  // namespace
 
-Picture::Picture(QWidget* parent) : QWidget(parent), picture_(":/corvenna/tower.png") {
+Picture::Picture(QWidget* parent) : QWidget(parent), picture_(":/corvenna/tower-1440.png") {
     setAccessibleName(tr("A control tower at dusk"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }

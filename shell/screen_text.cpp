@@ -1,30 +1,18 @@
 #include "shell/screen_text.h"
 
-#include <QFile>
-
 #include "station/code_page.h"
+#include "world/files.h"
 
 namespace corvenna {
-
-namespace {
-
-QByteArray Bytes(std::string_view text) {
-    return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 QString ToScreen(std::string_view bytes) { return QString::fromStdString(CodePageToUtf8(bytes)); }
 
 std::string ToBytes(const QString& text) { return Utf8ToCodePage(text.toStdString()); }
 
-std::string ToPath(const QString& text) { return QFile::encodeName(text).toStdString(); }
+std::string ToPath(const QString& text) { return BytesOf(PathOfUtf8(text.toStdString())); }
 
-QString FromPath(std::string_view path) { return QFile::decodeName(Bytes(path)); }
+QString FromPath(std::string_view path) { return QString::fromStdString(PathOf(path).string()); }
 
-QString ReportToScreen(std::string_view report) {
-    const QString text = FromPath(report);
-    return text.contains(QChar::ReplacementCharacter) ? ToScreen(report) : text;
-}
+QString ReportToScreen(std::string_view report) { return QString::fromStdString(ReportToUtf8(report)); }
 
 }  // namespace corvenna

@@ -9,9 +9,7 @@
 
 #include "shell/host_question.h"
 #include "shell/screen_text.h"
-
-// Outside of any namespace: the resources of a library are named to the linker.
-static void LoadPictures() { Q_INIT_RESOURCE(pictures); }
+#include "world/files.h"
 
 namespace corvenna {
 
@@ -29,6 +27,14 @@ std::vector<Window*> AllWindows() {
     return windows;
 }
 
+QIcon ProgramIcon() {
+    QIcon icon;
+    for (const QFileInfo& picture : QDir(":/corvenna").entryInfoList({"corvenna-*.png"})) {
+        icon.addFile(picture.filePath());
+    }
+    return icon;
+}
+
 bool AnyIsOpen(const std::vector<Window*>& windows) {
     return std::any_of(windows.begin(), windows.end(),
                        [](const Window* window) { return window->isVisible(); });
@@ -37,8 +43,8 @@ bool AnyIsOpen(const std::vector<Window*>& windows) {
 }  // namespace
 
 Shell::Shell(DirectPlayOptions session) {
-    LoadPictures();
-    QApplication::setWindowIcon(QIcon(":/corvenna/corvenna.png"));
+    QApplication::setDesktopFileName("corvenna");
+    QApplication::setWindowIcon(ProgramIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     session.AskHost = [] { return AskForHost(QApplication::activeWindow()); };
     session.KeepWaiting = [this] { return patience_.KeepWaiting(); };
@@ -64,6 +70,7 @@ void Shell::Start() {
 
 void Shell::StartUp() {
     program_.AppFolder = WithoutLastSeparator(ToPath(QDir::currentPath()));
+    if (!FindFolder(program_.AppFolder)) program_.AppFolder = ".";  // its name can't be spelled
     switch (DecideStartUp(program_)) {
         case StartUp::TerrainMissing:
             ShowBox(BoxIcon::Exclamation, TerrainMissing);

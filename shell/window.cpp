@@ -28,6 +28,7 @@ void Window::Depart() {
 
 /// A close box that is pressed during a handler acts when the handler has ended.
 void Window::closeEvent(QCloseEvent* event) {
+    if (departs_) return;  // pressed once more before the window was gone
     if (gate_.Busy()) {
         event->ignore();
         connect(&gate_, &HandlerGate::Freed, this, &QWidget::close,

@@ -83,6 +83,13 @@ std::string CodePageToUtf8(std::string_view bytes) {
     return utf8;
 }
 
+std::string ReportToUtf8(std::string_view report) {
+    for (std::string_view rest = report; !rest.empty();) {
+        if (TakeCharacter(rest) == NoCharacter) return CodePageToUtf8(report);
+    }
+    return std::string(report);
+}
+
 std::string Utf8ToCodePage(std::string_view utf8) {
     std::string bytes;
     while (!utf8.empty()) bytes.push_back(ByteOf(TakeCharacter(utf8)));

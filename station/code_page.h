@@ -13,6 +13,10 @@ std::string CodePageToUtf8(std::string_view bytes);
 /// From the keyboard. What the code page has no character for, and what is no UTF-8, becomes "?".
 std::string Utf8ToCodePage(std::string_view utf8);
 
+/// For people. A report may hold texts of the program as well as names of files, which are in UTF-8 on some
+/// systems: what is UTF-8 stays, anything else is taken for text in the code page.
+std::string ReportToUtf8(std::string_view report);
+
 /// For the session, whose texts are UTF-16.
 std::u16string CodePageToUtf16(std::string_view bytes);
 

@@ -184,8 +184,10 @@ int Fail(std::string_view words) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const ConsoleSpelling spelling(Spelling::Utf8);
     Options options;
     CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
+    app.set_version_flag("--version", "corvenna-console " CORVENNA_VERSION);
     AddOptions(app, options);
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);
@@ -200,8 +202,9 @@ int main(int argc, char** argv) {
         }
         const auto data = FindDataFolder(options.Data, ProgramFolder());
         const std::filesystem::path appFolder =
-            options.App ? std::filesystem::path(*options.App) : CacheFolder() / "corvenna";
-        CompletePracticeFolder(appFolder, data, [](std::string_view what) { std::cerr << what << '\n'; });
+            options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
+        CompletePracticeFolder(appFolder, data,
+                               [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
         if (options.ListAirports) {
             ListAirports(appFolder);
         } else {
@@ -211,6 +214,6 @@ int main(int argc, char** argv) {
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const std::exception& error) {
-        return Fail(error.what());
+        return Fail(ReportToUtf8(error.what()));
     }
 }

@@ -17,6 +17,7 @@
 #include "practice/practice_airports.h"
 #include "practice/practice_folder.h"
 #include "practice/world_writer.h"
+#include "station/code_page.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/system_terminal.h"
 #include "tools/platform/platform.h"
@@ -24,6 +25,7 @@
 #include "tools/practice/host_program.h"
 #include "tools/practice/run_program.h"
 #include "tools/practice/sit_program.h"
+#include "world/files.h"
 
 namespace {
 
@@ -60,7 +62,7 @@ void MakeWorld(const WorldOptions& options) {
     const auto airports = LoadPracticeAirports(data / "practice-airports.json");
     const auto magVarGrid = WholeDegreeTable(MagneticField::Load(data / "igrf.json"), PracticeYear);
     const auto madeUp = MakeUpAirports(options.MadeUp, options.Seed, magVarGrid);
-    WritePracticeWorld(options.Folder, airports, madeUp, magVarGrid);
+    WritePracticeWorld(PathOfUtf8(options.Folder), airports, madeUp, magVarGrid);
     std::cout << fmt::format("{}: a simulator folder with {} real and {} made-up airports\n", options.Folder,
                              airports.size(), madeUp.size());
 }
@@ -115,8 +117,8 @@ void AddFolders(CLI::App& command, std::optional<std::string>& app, std::optiona
     command.add_option("--data", data, "Folder of the data files");
 }
 
-void AddSpeed(CLI::App& command, int& speed) {
-    command
+CLI::Option* AddSpeed(CLI::App& command, int& speed) {
+    return command
         .add_option("--speed", speed, "How many times faster time runs; the controller's must run as fast")
         ->check(CLI::Range(1, 60))
         ->capture_default_str();
@@ -134,9 +136,9 @@ void AddSessionOptions(CLI::App& command, SessionOptions& options) {
 /// The folder with a database, made where there is none.
 std::filesystem::path PracticeFolder(const std::optional<std::string>& app,
                                      const std::optional<std::string>& data) {
-    const std::filesystem::path folder = app ? std::filesystem::path(*app) : CacheFolder() / "corvenna";
+    const std::filesystem::path folder = app ? PathOfUtf8(*app) : CacheFolder() / "corvenna";
     CompletePracticeFolder(folder, FindDataFolder(data, ProgramFolder()),
-                           [](std::string_view what) { std::cerr << what << '\n'; });
+                           [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
     return folder;
 }
 
@@ -207,7 +209,7 @@ void FlyInSession(const FlyArguments& arguments) {
     options.Access = Access(arguments.Join);
     options.Traffic = arguments.Traffic;
     options.Length = Length(arguments.Minutes, arguments.Join.Speed);
-    options.Picture = arguments.Picture;
+    options.Picture = PathOfUtf8(arguments.Picture);
     RunFly(options, terminal, std::cout);
 }
 
@@ -254,13 +256,16 @@ struct RunArguments {
     std::optional<std::string> App;
     std::optional<std::string> Data;
     std::optional<double> Minutes;
+    std::string Picture;
     int Speed = 1;
+    bool Desktop = false;
 };
 
 constexpr const char* RunExamples = R"(Examples:
   corvenna-practice run                                    until Ctrl-C
   corvenna-practice run --minutes 3 --speed 20 < /dev/null  an hour in three minutes
   corvenna-practice run --airport LOWI --pilots 12 --unruly
+  corvenna-practice run --desktop                          you are the controller
 
 While it runs, corvenna-practice sit NAME in another terminal takes you along.)";
 
@@ -268,13 +273,40 @@ void AddRunOptions(CLI::App& command, RunArguments& options) {
     command.add_option("--airport", options.Run.Airport, "Code or label of the airport")
         ->capture_default_str();
     AddTraffic(command, options.Run.Traffic);
-    AddSpeed(command, options.Speed);
+    auto* const speed = AddSpeed(command, options.Speed);
     AddLength(command, options.Minutes);
-    AddPicture(command, options.Run.Picture);
+    AddPicture(command, options.Picture);
+    command
+        .add_flag("--desktop", options.Desktop,
+                  "Open the desktop program for the controller, who joins the session by himself")
+        ->excludes(speed);
     command.add_option("--bind", options.Run.Bind, "Address of this computer at which the session is hosted")
         ->capture_default_str();
     AddFolders(command, options.App, options.Data);
     command.footer(RunExamples);
+}
+
+std::vector<std::string> ConsoleStation(const RunArguments& arguments) {
+    const RunOptions& options = arguments.Run;
+    std::vector<std::string> command{(ProgramFolder() / "corvenna-console").string(),
+                                     "--join",
+                                     options.Bind,
+                                     "--airport",
+                                     options.Airport,
+                                     "--app",
+                                     options.App.string(),
+                                     "--speed",
+                                     std::to_string(arguments.Speed)};
+    if (arguments.Data) command.insert(command.end(), {"--data", *arguments.Data});
+    return command;
+}
+
+/// The desktop program takes the current folder for its own.
+std::vector<std::string> DesktopStation(RunOptions& options) {
+    options.App = std::filesystem::absolute(options.App);
+    if (!options.Picture.empty()) options.Picture = std::filesystem::absolute(options.Picture);
+    std::filesystem::current_path(options.App);
+    return {(ProgramFolder() / "corvenna").string()};
 }
 
 void RunAll(RunArguments arguments) {
@@ -282,23 +314,16 @@ void RunAll(RunArguments arguments) {
     FasterTerminal terminal(keyboard, arguments.Speed);
     RunOptions& options = arguments.Run;
     options.App = PracticeFolder(arguments.App, arguments.Data);
+    options.Picture = PathOfUtf8(arguments.Picture);
     options.Length = Length(arguments.Minutes, arguments.Speed);
-    options.Station = {(ProgramFolder() / "corvenna-console").string(),
-                       "--join",
-                       options.Bind,
-                       "--airport",
-                       options.Airport,
-                       "--app",
-                       options.App.string(),
-                       "--speed",
-                       std::to_string(arguments.Speed)};
-    if (arguments.Data) options.Station.insert(options.Station.end(), {"--data", *arguments.Data});
+    options.Station = arguments.Desktop ? DesktopStation(options) : ConsoleStation(arguments);
     RunWholePractice(options, terminal, std::cout);
 }
 
 int Run(int argc, char** argv) {
     CLI::App app("A simulator to practise with, for everybody who doesn't have the real one.",
                  "corvenna-practice");
+    app.set_version_flag("--version", "corvenna-practice " CORVENNA_VERSION);
     app.require_subcommand(1);
     WorldOptions world;
     CLI::App* const worldCommand = app.add_subcommand("world", "Make a simulator folder with real airports");
@@ -330,11 +355,14 @@ int Run(int argc, char** argv) {
         if (runCommand->parsed()) RunAll(run);
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "corvenna-practice: " << error.what() << '\n';
+        std::cerr << "corvenna-practice: " << ReportToUtf8(error.what()) << '\n';
         return 1;
     }
 }
 
 }  // namespace
 
-int main(int argc, char** argv) { return Run(argc, argv); }
+int main(int argc, char** argv) {
+    const ConsoleSpelling spelling(Spelling::Utf8);
+    return Run(argc, argv);
+}

@@ -3,6 +3,7 @@
 
 #include "tools/platform/platform.h"
 #include "tools/replay/script.h"
+#include "world/files.h"
 
 namespace {
 
@@ -15,8 +16,10 @@ constexpr const char* Description =
 }  // namespace
 
 int main(int argc, char** argv) {
+    const corvenna::ConsoleSpelling spelling(corvenna::Spelling::Utf8);
     std::string file;
     CLI::App app(Description);
+    app.set_version_flag("--version", "corvenna-replay " CORVENNA_VERSION);
     app.add_option("SCRIPT", file, "The script to run")->required();
     const corvenna::CommandLine words(argc, argv, corvenna::Spelling::Utf8);
     corvenna::KeepLineEnds();
@@ -29,7 +32,7 @@ int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     try {
         corvenna::Replay replay(std::cout);
-        corvenna::RunScript(corvenna::ReadScript(file), replay);
+        corvenna::RunScript(corvenna::ReadScript(corvenna::PathOfUtf8(file)), replay);
     } catch (const corvenna::ScriptError& error) {
         std::cout.flush();
         std::cerr << "corvenna-replay: " << error.what() << '\n';

@@ -37,7 +37,7 @@ class ScanDisplay final : public ScanObserver {
     void ExpectFiles(std::int32_t total) { total_ = total; }
     std::int32_t SkippedFiles() const { return skipped_; }
 
-    void EntersArea(std::string_view title) override { title_ = title; }
+    void EntersArea(std::string_view title) override { title_ = CodePageToUtf8(title); }
 
     void FilesDone(std::int32_t done) override {
         if (terminal_) ShowBar(done);
@@ -46,7 +46,7 @@ class ScanDisplay final : public ScanObserver {
     void Skipped(std::string_view path, std::string_view reason) override {
         ClearLine();
         ++skipped_;
-        fmt::print(stderr, "{}: skipped: {}\n", path, reason);
+        fmt::print(stderr, "{}: skipped: {}\n", ReportToUtf8(path), ReportToUtf8(reason));
     }
 
     void ClearLine() const {
@@ -170,6 +170,7 @@ std::int64_t DecimalOffset(const std::string& text) {
 
 int Run(int argc, char** argv) {
     CLI::App app("Scenery and airport database files of Corvenna.");
+    app.set_version_flag("--version", "corvenna-world " CORVENNA_VERSION);
     app.require_subcommand(1);
     std::string simFolder, appFolder, label;
     const CommandLine words(argc, argv, Spelling::Files);
@@ -217,7 +218,7 @@ int Run(int argc, char** argv) {
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        fmt::print(stderr, "corvenna-world: {}\n", error.what());
+        fmt::print(stderr, "corvenna-world: {}\n", ReportToUtf8(error.what()));
         return ExitWrongCommandLine;
     } catch (const Failed&) {
         std::cout.flush();
@@ -231,10 +232,11 @@ int Run(int argc, char** argv) {
 }  // namespace corvenna
 
 int main(int argc, char** argv) {
+    const corvenna::ConsoleSpelling spelling(corvenna::Spelling::Files);
     try {
         return corvenna::Run(argc, argv);
     } catch (const std::exception& error) {
-        fmt::print(stderr, "{}\n", error.what());
+        fmt::print(stderr, "{}\n", corvenna::ReportToUtf8(error.what()));
         return corvenna::ExitFailed;
     }
 }

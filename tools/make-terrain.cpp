@@ -145,6 +145,7 @@ std::size_t MakeTerrain(const Options& options, const Progress& progress) {
 int Run(int argc, char** argv) {
     Options options;
     CLI::App app(About, "make-terrain");
+    app.set_version_flag("--version", "make-terrain " CORVENNA_VERSION);
     Describe(app, options);
     const CommandLine words(argc, argv, Spelling::Files);
     try {
@@ -170,4 +171,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace corvenna
 
-int main(int argc, char** argv) { return corvenna::Run(argc, argv); }
+int main(int argc, char** argv) {
+    const corvenna::ConsoleSpelling spelling(corvenna::Spelling::Files);
+    return corvenna::Run(argc, argv);
+}

@@ -259,8 +259,8 @@ class FacilityWalk {
         std::int64_t entry = list + name_list::Entries;
         for (std::int32_t left = reader_.ReadLong(list + name_list::Count); left > 0; --left) {
             const std::int64_t length = EntryLength(reader_, entry);
+            meter_.Walked(entry, EntryHeadLength);  // of an entry that is stepped over, only the head is read
             if (reader_.ReadLong(entry) == ListEntryId) ReadListEntry(entry, length);
-            meter_.Walked(entry, length);
             entry += length;
         }
     }
@@ -268,6 +268,7 @@ class FacilityWalk {
     void ReadListEntry(std::int64_t entry, std::int64_t length) {
         name_.clear();
         reader_.ReadText(entry + list_entry::Name, length - list_entry::Name, name_);
+        meter_.Walked(entry, length);
         const std::int32_t type = reader_.ReadLong(entry + list_entry::Type);
         const std::int32_t data = reader_.ReadLong(entry + list_entry::FacilityData);
         reader_.Range(data, facility_data::Records);  // all four words are read, whatever the entry is

@@ -144,8 +144,10 @@ bool WritePieces(std::FILE* file, const std::vector<std::string_view>& pieces) {
 
 }  // namespace
 
+fs::path PathOfUtf8(std::string_view utf8) { return fs::path(std::u8string(utf8.begin(), utf8.end())); }
+
 #ifdef _WIN32
-fs::path PathOf(std::string_view bytes) { return fs::path(CodePageToUtf8(bytes)); }
+fs::path PathOf(std::string_view bytes) { return PathOfUtf8(CodePageToUtf8(bytes)); }
 
 /// The short name of what is there stands in for one that the code page can't spell.
 std::string BytesOf(const fs::path& path) {

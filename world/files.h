@@ -16,6 +16,10 @@ namespace corvenna {
 std::filesystem::path PathOf(std::string_view bytes);
 std::string BytesOf(const std::filesystem::path& path);
 
+/// The path that a text in UTF-8 names, such as one typed; the library's own form would take it for something
+/// else on Windows. Where names are bytes, any bytes will do.
+std::filesystem::path PathOfUtf8(std::string_view utf8);
+
 /// Two parts of a path with a separator between them.
 std::string JoinPath(std::string_view folder, std::string_view name);
 

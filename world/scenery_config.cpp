@@ -16,6 +16,7 @@ namespace {
 constexpr std::string_view LineEnd = "\r\n";
 constexpr std::string_view AreaHeader = "[area.";
 constexpr std::string_view SceneryFolder = "scenery";
+constexpr std::size_t DriveNameStart = 3;  // behind the letter, the colon and a blank
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
 /// The lines of a text, which end at CRLF or LF; what follows the last line end is a line if it is not empty.
@@ -62,10 +63,21 @@ bool NamesSceneryFolder(const std::string& lower) {
     return lower == SceneryFolder || lower.ends_with("\\scenery");
 }
 
-std::string FixedLocal(std::string_view raw, std::string_view simFolder) {
+/// With the drive's letter in place of its name, if that occurs; then all of it is in lower case.
+std::string WithLetterOf(const std::string& drive, const std::string& local) {
+    if (drive.size() <= DriveNameStart) return local;
+    const std::string name = LowerCase(drive.substr(DriveNameStart));
+    std::string lower = LowerCase(local);
+    const std::size_t place = lower.find(name);
+    return place == std::string::npos ? local : lower.replace(place, name.size(), drive, 0, 2);
+}
+
+std::string FixedLocal(std::string_view raw, std::string_view simFolder,
+                       const std::vector<std::string>& drives) {
     std::string local(Trim(raw));
     std::replace(local.begin(), local.end(), '/', '\\');
     if (!NamesSceneryFolder(LowerCase(local))) local.append("\\").append(SceneryFolder);
+    for (const std::string& drive : drives) local = WithLetterOf(drive, local);
     if (!FindFolder(local)) {  // not a path of its own: it counts from the simulator's folder
         local = std::string(simFolder).append("\\").append(local);
         std::replace(local.begin(), local.end(), '/', '\\');
@@ -119,9 +131,10 @@ std::string SceneryKey(std::string_view section, std::string_view key) {
     return std::string(value.substr(0, value.find(LineEnd)));
 }
 
-void FixSceneryPaths(std::vector<SceneryArea>& areas, std::string_view simFolder) {
+void FixSceneryPaths(std::vector<SceneryArea>& areas, std::string_view simFolder,
+                     const std::vector<std::string>& drives) {
     for (SceneryArea& area : areas) {
-        if (!area.Local.empty()) area.Local = FixedLocal(area.Local, simFolder);
+        if (!area.Local.empty()) area.Local = FixedLocal(area.Local, simFolder, drives);
     }
 }
 

@@ -32,6 +32,8 @@ std::vector<SceneryArea> ParseSceneryText(std::string_view content);
 std::string SceneryKey(std::string_view section, std::string_view key);
 
 /// Turns each Local into the lower-case path of a folder named "scenery" that exists, or into the empty text.
-void FixSceneryPaths(std::vector<SceneryArea>& areas, std::string_view simFolder);
+/// The name of a drive in it, as ListDrives tells them, gives way to the drive's letter.
+void FixSceneryPaths(std::vector<SceneryArea>& areas, std::string_view simFolder,
+                     const std::vector<std::string>& drives);
 
 }  // namespace corvenna

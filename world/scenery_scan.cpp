@@ -2,6 +2,7 @@
 
 #include "world/airport_database.h"
 #include "world/byte_reader.h"
+#include "world/drives.h"
 #include "world/errors.h"
 #include "world/facility_decoder.h"
 #include "world/facility_layout.h"
@@ -30,7 +31,7 @@ SceneryScan::SceneryScan(const Station& station, std::string_view simFolder, Sca
     : station_(station),
       observer_(observer),
       areas_(ParseSceneryCfg(JoinPath(simFolder, SceneryConfigName))) {
-    FixSceneryPaths(areas_, simFolder);
+    FixSceneryPaths(areas_, simFolder, ListDrives());
     for (const SceneryArea& area : areas_) {
         if (area.Local.empty()) continue;
         try {

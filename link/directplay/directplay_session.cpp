@@ -292,9 +292,9 @@ void DirectPlaySession::Create(const SessionRecord& session) {
     if (hosting) return;
     live_.reset();
     throw SessionError(
-        fmt::format("port {} (TCP or UDP) at {} is taken by another program: another host runs on this "
-                    "computer, or a helper "
-                    "of Windows has outlived its game (dplaysvr)",
+        fmt::format("port {} (TCP or UDP) at {} is taken by another program. If a session is hosted on this "
+                    "computer already, end it first; if none is, a helper of Windows may have outlived its "
+                    "game: end dplaysvr.exe in the Task Manager",
                     options_.Sockets.NameServer, IpText(options_.Sockets.BindIp)));
 }
 

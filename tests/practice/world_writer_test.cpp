@@ -239,7 +239,7 @@ TEST(PracticeWorld, ItsLibraryHasAreasOfEveryKind) {
     EXPECT_THAT(locals, ElementsAre("Scenery", "Scenery\\NAmer", "Scenery/SAmer",
                                     world.Folder() + "/Addon Scenery/Eurafrica", "Scenery\\Pacific\\Scenery",
                                     "Scenery\\MadeUp", "Scenery\\NotInstalled"));
-    FixSceneryPaths(areas, world.Folder());
+    FixSceneryPaths(areas, world.Folder(), {});
     EXPECT_EQ(areas.back().Local, "");
     areas.pop_back();
     for (const SceneryArea& area : areas) EXPECT_NE(area.Local, "") << area.Title;

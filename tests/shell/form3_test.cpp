@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QKeyEvent>
+#include <QTest>
 #include <QWindow>
 
 #include "shell/host_thread.h"
@@ -153,6 +154,18 @@ TEST(Form3, ChoosingAConnectionAbandonsTheJoin) {
     EXPECT_EQ(scene.Status(), "First Request Sent");
     EXPECT_TRUE(scene.Timer("Form3", "Timer1").isActive());
     scene.List("Form3", "List1").setCurrentRow(0);
+    EXPECT_EQ(scene.Status(), "Disconnected");
+    EXPECT_FALSE(scene.Timer("Form3", "Timer1").isActive());
+    EXPECT_EQ(scene.List("Form3", "List2").count(), 0);
+}
+
+TEST(Form3, AClickOnTheConnectionThatIsChosenAlreadyAbandonsTheJoinToo) {
+    HostThread host({.SessionName = "Busy", .Players = 16, .Admits = true, .Answers = false});
+    AtTheSessions scene(host.Port());
+    scene.AsksToJoin();
+    QListWidget& list1 = scene.List("Form3", "List1");
+    QTest::mouseClick(list1.viewport(), Qt::LeftButton, {},
+                      list1.visualItemRect(list1.currentItem()).center());
     EXPECT_EQ(scene.Status(), "Disconnected");
     EXPECT_FALSE(scene.Timer("Form3", "Timer1").isActive());
     EXPECT_EQ(scene.List("Form3", "List2").count(), 0);

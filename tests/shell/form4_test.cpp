@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QCloseEvent>
+#include <QWindow>
+
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
 #include "station/geometry.h"
@@ -94,6 +97,16 @@ TEST(Form4, ItsCloseBoxDoesTheSame) {
     EXPECT_EQ(at.Scene.Program.TheStation().AirportName, "");
     EXPECT_EQ(at.Scene.Person.Boxes.size(), 1U);  // that of the connection
     EXPECT_TRUE(at.Scene.Until([&] { return at.Participants() == 1; }));
+}
+
+TEST(Form4, ItsCloseBoxPressedTwiceBringsTheAirportsOnce) {
+    AtTheStation at;
+    QWindow* const window = at.Scene.FindWindow("Form4").windowHandle();
+    for (int press = 0; press < 2; ++press) {
+        QCloseEvent event;
+        QApplication::sendEvent(window, &event);
+    }
+    EXPECT_THAT(at.Scene.Open(), ElementsAre("Form2"));
 }
 
 TEST(Form4, RemovedFromTheSessionTheStationCloses) {

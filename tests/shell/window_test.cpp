@@ -139,6 +139,13 @@ TEST(Keyboard, TheStationHasMnemonics) {
     EXPECT_TRUE(scene.Until([&] { return scene.IsOpen("Form2"); }));
 }
 
+TEST(Keyboard, TheAboutWindowHasAMnemonic) {
+    AtTheAirports scene;
+    QTest::keyClick(scene.Front("Form2"), Qt::Key_F1);
+    scene.Alt("Form5", 'o');
+    EXPECT_TRUE(scene.Until([&] { return !scene.IsOpen("Form5"); }));
+}
+
 TEST(Keyboard, F1OpensTheAboutWindowAndEscapeClosesIt) {
     AtTheAirports scene;
     QTest::keyClick(scene.Front("Form2"), Qt::Key_F1);

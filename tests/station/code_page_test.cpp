@@ -80,5 +80,18 @@ TEST(CodePage, NothingIsNothing) {
     EXPECT_EQ(Utf8ToCodePage(""), "");
 }
 
+TEST(Report, WhatIsUtf8StaysAndAnythingElseIsTextInTheCodePage) {
+    EXPECT_EQ(ReportToUtf8("Pr\xC3\xBC"
+                           "fung/Corvenna.cfg"),
+              "Pr\xC3\xBC"
+              "fung/Corvenna.cfg");
+    EXPECT_EQ(ReportToUtf8("Pr\xFC"
+                           "fung/Corvenna.cfg"),
+              "Pr\xC3\xBC"
+              "fung/Corvenna.cfg");
+    EXPECT_EQ(ReportToUtf8("\xC3"), "\xC3\x83");
+    EXPECT_EQ(ReportToUtf8(""), "");
+}
+
 }  // namespace
 }  // namespace corvenna

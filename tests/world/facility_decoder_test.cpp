@@ -155,6 +155,15 @@ TEST(NameLists, EntriesWithOtherIdsAreSteppedOver) {
     EXPECT_EQ(airports.Fields(0).Name, "Real");
 }
 
+TEST(NameLists, ALastEntryWithAnotherIdMayBeLongerThanTheFile) {
+    ChainFile f;
+    f.Begin(facility::header::FirstChain);
+    const Bytes real = BglBuilder::ListEntry("Real", f.data, facility::AirportType, facility::ListEntryId);
+    const Bytes endless = ByteWriter().Long(0x30003).Long(std::numeric_limits<std::int32_t>::max()).Get();
+    f.file.Append(BglBuilder::NameList({real, endless})).Long(0).Long(0);
+    EXPECT_EQ(Scan(f.Buffer()).Count(), 1);
+}
+
 TEST(NameLists, OfTheFourWordsTheFirstAndTheThirdMustBe1) {
     const AirportList airports = Scan(BglBuilder()
                                           .Entry("Third word 2", BglBuilder::FacilityData(AtField(), 1, 2))

@@ -71,6 +71,18 @@ TEST(ReplaceFile, WritesThePiecesAndLeavesNothingElse) {
     EXPECT_THAT(folder.Names(), ElementsAre("file"));
 }
 
+TEST(PathOfUtf8, LeadsToAFileWithAnUmlautWhoseBytesLeadThereToo) {
+    TempFolder folder;
+    const std::filesystem::path path = PathOf(folder.Path()) / PathOfUtf8(
+                                                                   "Pr\xC3\xBC"
+                                                                   "fung");
+    ReplaceFile(BytesOf(path), {"x"});
+    EXPECT_TRUE(std::filesystem::exists(path));
+    EXPECT_EQ(path.filename().u16string(), u"Pr\u00FCfung");
+    EXPECT_EQ(PathOf(BytesOf(path)), path);
+    EXPECT_EQ(ReadWholeFile(BytesOf(path)), "x");
+}
+
 TEST(ReplaceFile, WhereThereIsNoFolderItFailsByName) {
     TempFolder folder;
     EXPECT_THAT(WhatIsThrown<FileError>([&] { ReplaceFile(folder.Path("no/file"), {"x"}); }),

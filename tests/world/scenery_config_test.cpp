@@ -123,10 +123,11 @@ TEST(SceneryKey, ABlankAheadOfTheEqualsSignHidesIt) {
 
 // ---- Paths
 
-std::string Fixed(const TempFolder& sim, std::string_view local) {
+std::string Fixed(const TempFolder& sim, std::string_view local,
+                  const std::vector<std::string>& drives = {}) {
     std::vector<SceneryArea> areas(1);
     areas[0].Local = local;
-    FixSceneryPaths(areas, sim.Path());
+    FixSceneryPaths(areas, sim.Path(), drives);
     return areas[0].Local;
 }
 
@@ -143,6 +144,23 @@ TEST(SceneryPaths, RelativeOnesCountFromTheSimulatorsFolderAndPointAtItsSceneryF
     EXPECT_EQ(Fixed(sim, "Scenery/World"), expected);
     EXPECT_EQ(Fixed(sim, "  SCENERY\\world  "), expected);
     EXPECT_EQ(Fixed(sim, "Scenery\\World\\SCENERY"), expected);
+}
+
+// The letters here are such as a folder could have anywhere, so that what is made of them can be found.
+TEST(SceneryPaths, ADrivesNameGivesWayToItsLetters) {
+    TempFolder sim;
+    std::filesystem::create_directories(sim.Path("zz/world/scenery"));
+    const std::string expected = Backslashed(sim.Path("zz/world/scenery"));
+    const std::vector<std::string> drives{"aa", "bb [Games]", "zz \\\\Server\\My Games"};
+    EXPECT_EQ(Fixed(sim, "\\\\SERVER\\my games\\World", drives), expected);
+    EXPECT_EQ(Fixed(sim, "//server/My Games/world/Scenery", drives), expected);
+}
+
+TEST(SceneryPaths, ADriveWithoutANameAndOneThatDoesNotOccurChangeNothing) {
+    TempFolder sim;
+    std::filesystem::create_directories(sim.Path("Games/Scenery"));
+    const std::string expected = Backslashed(sim.Path("games/scenery"));
+    EXPECT_EQ(Fixed(sim, "Games", {"a:", "b: ", "c: [Games]", "z: \\\\server\\games"}), expected);
 }
 
 TEST(SceneryPaths, OneThatIsOrEndsInSceneryIsLeftAlone) {

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "world/files.h"
+
 namespace corvenna {
 
 namespace {
@@ -17,9 +19,9 @@ std::filesystem::path FindDataFolder(const std::optional<std::string>& given,
                                      const std::filesystem::path& programFolder) {
     std::vector<std::filesystem::path> places;
     if (given) {
-        places = {*given};
+        places = {PathOfUtf8(*given)};
     } else {
-        places = {programFolder / ".." / "share" / "corvenna", programFolder / "data", CORVENNA_SOURCE_DATA};
+        places = {programFolder / ".." / "share" / "corvenna", programFolder, CORVENNA_SOURCE_DATA};
     }
     std::string looked;
     for (const auto& place : places) {

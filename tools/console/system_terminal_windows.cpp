@@ -36,8 +36,11 @@ void Post(Change change) {
     mailbox.Arrived.notify_one();
 }
 
-BOOL WINAPI OnStopAsked(DWORD) {
+/// Ctrl-C and Ctrl-Break are over with the answer. Behind all else, such as the window's close box, the
+/// program is gone as soon as this returns: it does not, and the program ends by itself.
+BOOL WINAPI OnStopAsked(DWORD event) {
     Post([](Mailbox& mailbox) { mailbox.StopAsked = true; });
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
     return TRUE;
 }
 
@@ -80,20 +83,14 @@ void ReadToTheEnd() {
 
 }  // namespace
 
-struct SystemTerminal::Platform {
-    UINT CodePageBefore = GetConsoleOutputCP();
-};
+struct SystemTerminal::Platform {};
 
 SystemTerminal::SystemTerminal() : platform_(std::make_unique<Platform>()) {
-    SetConsoleOutputCP(CP_UTF8);
     SetConsoleCtrlHandler(&OnStopAsked, TRUE);
     std::thread(&ReadToTheEnd).detach();
 }
 
-SystemTerminal::~SystemTerminal() {
-    SetConsoleCtrlHandler(&OnStopAsked, FALSE);
-    SetConsoleOutputCP(platform_->CodePageBefore);
-}
+SystemTerminal::~SystemTerminal() { SetConsoleCtrlHandler(&OnStopAsked, FALSE); }
 
 TerminalInput SystemTerminal::Wait(std::chrono::milliseconds atMost) {
     Mailbox& mailbox = TheMailbox();

@@ -26,6 +26,19 @@ class CommandLine {
     std::vector<const char*> pointers_;
 };
 
+/// While it lives, a console shows what is written to it in this spelling: UTF-8, or the program's own code
+/// page, where consoles have such a thing. To be made before anything is written.
+class ConsoleSpelling {
+  public:
+    explicit ConsoleSpelling(Spelling spelling);
+    ~ConsoleSpelling();
+    ConsoleSpelling(const ConsoleSpelling&) = delete;
+    ConsoleSpelling& operator=(const ConsoleSpelling&) = delete;
+
+  private:
+    unsigned before_ = 0;
+};
+
 /// From here on standard output gets the bytes that are written, also at the ends of lines.
 void KeepLineEnds();
 

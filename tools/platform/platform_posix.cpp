@@ -11,6 +11,9 @@ namespace corvenna {
 
 CommandLine::CommandLine(int count, const char* const* words, Spelling) : pointers_(words, words + count) {}
 
+ConsoleSpelling::ConsoleSpelling(Spelling) {}
+ConsoleSpelling::~ConsoleSpelling() = default;
+
 void KeepLineEnds() {}
 
 bool OutputTakesColour() { return isatty(STDOUT_FILENO) == 1 && std::getenv("NO_COLOR") == nullptr; }

@@ -18,12 +18,22 @@ namespace corvenna {
 
 namespace {
 
+constexpr UINT OwnCodePage = 1252;
+
 /// The file system library spells names in UTF-8 on this system.
 std::string Utf8(const wchar_t* text) { return std::filesystem::path(text).string(); }
 
 template <class Pointer>
 Pointer Operation(HMODULE library, const char* name) {
     return reinterpret_cast<Pointer>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+/// Whether it is a console; from then on it obeys escape sequences, such as those for colours.
+bool IsConsole(DWORD which) {
+    const HANDLE output = GetStdHandle(which);
+    DWORD mode = 0;
+    return GetConsoleMode(output, &mode) != 0 &&
+           SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 HGLOBAL GlobalCopy(const std::u16string& text) {
@@ -48,14 +58,15 @@ CommandLine::CommandLine(int, const char* const*, Spelling spelling) {
     for (const std::string& word : words_) pointers_.push_back(word.c_str());
 }
 
+ConsoleSpelling::ConsoleSpelling(Spelling spelling) : before_(GetConsoleOutputCP()) {
+    SetConsoleOutputCP(spelling == Spelling::Utf8 ? CP_UTF8 : OwnCodePage);
+}
+
+ConsoleSpelling::~ConsoleSpelling() { SetConsoleOutputCP(before_); }
+
 void KeepLineEnds() { _setmode(_fileno(stdout), _O_BINARY); }
 
-bool OutputTakesColour() {
-    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    DWORD mode = 0;
-    if (std::getenv("NO_COLOR") != nullptr || GetConsoleMode(output, &mode) == 0) return false;
-    return SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
-}
+bool OutputTakesColour() { return std::getenv("NO_COLOR") == nullptr && IsConsole(STD_OUTPUT_HANDLE); }
 
 bool InputIsTerminal() { return _isatty(_fileno(stdin)) != 0; }
 
@@ -67,7 +78,7 @@ void LeaveInputToOthers() {
     SetStdHandle(STD_INPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdin))));
 }
 
-bool ErrorOutputIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
+bool ErrorOutputIsTerminal() { return IsConsole(STD_ERROR_HANDLE); }
 
 std::filesystem::path CacheFolder() {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");

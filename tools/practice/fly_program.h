@@ -13,7 +13,7 @@ struct FlyOptions {
     SessionAccess Access;
     TrafficPlan Traffic;
     std::optional<std::chrono::milliseconds> Length;  ///< by the terminal's clock
-    std::string Picture;                              ///< file; empty: none
+    std::filesystem::path Picture;                    ///< empty: none
 };
 
 /// Flies, prints what the pilots do, and in the end the summary. Throws SessionError, FileError and

@@ -18,7 +18,7 @@ struct RunOptions {
     directplay::SocketOptions Sockets;
     TrafficPlan Traffic;
     std::optional<std::chrono::milliseconds> Length;  ///< by the terminal's clock
-    std::string Picture;                              ///< file; empty: none
+    std::filesystem::path Picture;                    ///< empty: none
 
     std::vector<std::string> Station;  ///< file and arguments of the program that controls the airport
 };

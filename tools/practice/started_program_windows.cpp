@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include <filesystem>
 #include <system_error>
 
 #include "tools/practice/started_program.h"
+#include "world/files.h"
 
 namespace corvenna {
 
@@ -13,12 +13,22 @@ namespace {
 std::wstring Quoted(const std::string& word) {
     std::wstring quoted = L"\"";
     std::size_t backslashes = 0;
-    for (const wchar_t c : std::filesystem::path(word).wstring()) {
+    for (const wchar_t c : PathOfUtf8(word).wstring()) {
         if (c == L'"') quoted.append(backslashes + 1, L'\\');
         backslashes = c == L'\\' ? backslashes + 1 : 0;
         quoted += c;
     }
     return quoted.append(backslashes, L'\\') + L'"';
+}
+
+/// How often a program with windows is asked to close those that are open by then.
+constexpr DWORD AskAgain = 500;
+
+BOOL CALLBACK CloseIfOf(HWND window, LPARAM process) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == static_cast<DWORD>(process) && IsWindowVisible(window)) PostMessageW(window, WM_CLOSE, 0, 0);
+    return TRUE;
 }
 
 [[noreturn]] void Fail(const std::string& program) {
@@ -71,11 +81,16 @@ std::optional<int> StartedProgram::Status() {
     return status_;
 }
 
+/// A program in a terminal hears Ctrl-Break, one with windows what their close boxes say.
 int StartedProgram::End() {
     if (Status()) return *status_;
-    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, process_->Info.dwProcessId);
-    constexpr auto patience = std::chrono::milliseconds(EndTime).count();
-    status_ = process_->Wait(static_cast<DWORD>(patience));
+    const DWORD id = process_->Info.dwProcessId;
+    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, id);
+    constexpr auto patience = static_cast<DWORD>(std::chrono::milliseconds(EndTime).count());
+    for (DWORD waited = 0; waited < patience && !status_; waited += AskAgain) {
+        EnumWindows(&CloseIfOf, static_cast<LPARAM>(id));
+        status_ = process_->Wait(AskAgain);
+    }
     if (!status_) {
         TerminateProcess(process_->Info.hProcess, 1);
         status_ = process_->Wait(INFINITE);

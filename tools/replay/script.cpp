@@ -9,6 +9,7 @@
 #include "link/fs_messages.h"
 #include "station/fields.h"
 #include "tools/replay/model_json.h"
+#include "world/files.h"
 
 namespace corvenna {
 
@@ -131,12 +132,12 @@ Action MakeStation(ScriptLine& line) {
 Action MakeSelect(ScriptLine& line) {
     const auto appFolder = line.Take<std::string>("app_folder");
     const auto label = line.Take<std::string>("label");
-    return [=](Replay& replay) { replay.Select(appFolder, label); };
+    return [=](Replay& replay) { replay.Select(PathOfUtf8(appFolder), label); };
 }
 
 Action MakeMagdec(ScriptLine& line) {
     const auto file = line.Take<std::string>("file");
-    return [=](Replay& replay) { replay.LoadVariation(file); };
+    return [=](Replay& replay) { replay.LoadVariation(PathOfUtf8(file)); };
 }
 
 Action MakeOpen(ScriptLine& line) {

@@ -25,20 +25,20 @@ class DataFolderTest : public testing::Test {
 
 TEST_F(DataFolderTest, TheOneGivenIsTakenAndNoOther) {
     PutData(Root / "given");
-    PutData(Root / "bin" / "data");
+    PutData(Root / "bin");
     EXPECT_EQ(FindDataFolder((Root / "given").string(), Root / "bin"), Root / "given");
     EXPECT_THROW(FindDataFolder((Root / "empty").string(), Root / "bin"), std::runtime_error);
 }
 
 TEST_F(DataFolderTest, TheInstalledOneComesBeforeTheOneInTheProgramsFolder) {
     PutData(Root / "share" / "corvenna");
-    PutData(Root / "bin" / "data");
+    PutData(Root / "bin");
     EXPECT_TRUE(fs::equivalent(FindDataFolder({}, Root / "bin"), Root / "share" / "corvenna"));
 }
 
 TEST_F(DataFolderTest, TheOneInTheProgramsFolderComesNext) {
-    PutData(Root / "bin" / "data");
-    EXPECT_TRUE(fs::equivalent(FindDataFolder({}, Root / "bin"), Root / "bin" / "data"));
+    PutData(Root / "bin");
+    EXPECT_TRUE(fs::equivalent(FindDataFolder({}, Root / "bin"), Root / "bin"));
 }
 
 TEST_F(DataFolderTest, AProgramInItsBuildFolderTakesThatOfTheSourceTree) {

@@ -1,0 +1,7 @@
+#include "world/drives.h"
+
+namespace corvenna {
+
+std::vector<std::string> ListDrives() { return {}; }
+
+}  // namespace corvenna
