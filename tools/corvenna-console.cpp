@@ -9,6 +9,7 @@
 #include "station/code_page.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/join_program.h"
+#include "tools/console/join_report.h"
 #include "tools/console/practice_console.h"
 #include "tools/console/session_name.h"
 #include "tools/console/system_terminal.h"
@@ -28,6 +29,8 @@ constexpr const char* Examples = R"(Examples:
   corvenna-console --search                     sessions on the local network
   corvenna-console --join 192.168.1.5 --airport LOWI --callsign Innsbruck
                                                 serves the pilots of a real session
+  corvenna-console --join 192.168.1.5 --report join.txt
+                                                what to send us when a join fails
 
 In a practice you are a pilot too: answer the welcome with the airport's code and the digit ("KSEA,1"),
 every later menu with its digit, and "R" to hear the last text again. In a session that was joined you are
@@ -42,6 +45,7 @@ struct Options {
     std::optional<std::string> Data;
     std::optional<std::string> JoinHost;
     std::optional<std::string> SearchHost;
+    std::optional<std::string> ReportFile;
     std::string Session;
     int Pilots = 4;
     int Speed = 1;
@@ -89,16 +93,23 @@ void AddOptions(CLI::App& app, Options& options) {
         ->needs(join)
         ->group(network);
 
+    auto* const report =
+        app.add_option("--report", options.ReportFile,
+                       "Try a join for half a minute, write into FILE what it meets, and end: for "
+                       "who helps you; without names and addresses")
+            ->type_name("FILE")
+            ->group(network);
+
     const auto lists = "Lists";
     auto* const search = app.add_option("--search", options.SearchHost,
                                         "List the sessions at a host, or on the local network, and end")
                              ->type_name("[HOST]")
                              ->expected(0, 1)
                              ->group(lists)
-                             ->excludes(join);
+                             ->excludes(join, report);
     app.add_flag("--list-airports", options.ListAirports, "List the airports, and end")
         ->group(lists)
-        ->excludes(join, search);
+        ->excludes(join, report, search);
     app.footer(Examples);
 }
 
@@ -152,6 +163,19 @@ void Search(const std::string& host) {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
+/// That the file can be written is found out before anything else.
+void WriteReport(const Options& options) {
+    const std::string file = BytesOf(std::filesystem::path(*options.ReportFile));
+    ReplaceFile(file, {"This report was not finished.\n"});
+    SystemTerminal keyboard;
+    ReplaceFile(file, {ReportOfJoin({.Host = options.JoinHost.value_or(""),
+                                     .Session = options.Session,
+                                     .System = SystemVersion(),
+                                     .Sockets = {}},
+                                    keyboard, [](std::string_view line) { std::cerr << line << '\n'; })});
+    std::cout << *options.ReportFile << " tells what the join met; it has no names and no addresses in it\n";
+}
+
 int Fail(std::string_view words) {
     std::cerr << "corvenna-console: " << words << '\n';
     return 1;
@@ -170,6 +194,10 @@ int main(int argc, char** argv) {
         app.parse(words.Count(), words.Words());
         if (options.SearchHost) {
             Search(*options.SearchHost);
+            return 0;
+        }
+        if (options.ReportFile) {
+            WriteReport(options);
             return 0;
         }
         const auto data = FindDataFolder(options.Data, ProgramFolder());

@@ -1,7 +1,8 @@
-#include "tools/platform/platform.h"
-
 #include <gmock/gmock.h>
 #include <unistd.h>
+
+#include "support/has_form.h"
+#include "tools/platform/platform.h"
 
 namespace corvenna {
 namespace {
@@ -28,6 +29,8 @@ TEST(OutputTakesColour, NotWhenItIsNoTerminal) {
 TEST(ProgramFolder, HoldsTheProgram) {
     EXPECT_TRUE(std::filesystem::exists(ProgramFolder() / "platform_tests"));
 }
+
+TEST(SystemVersion, NamesTheSystem) { EXPECT_THAT(SystemVersion(), HasForm("[A-Za-z]+ [0-9]+[.].*")); }
 
 }  // namespace
 }  // namespace corvenna
