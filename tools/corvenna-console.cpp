@@ -9,6 +9,7 @@
 #include "station/code_page.h"
 #include "tools/console/data_folder.h"
 #include "tools/console/join_program.h"
+#include "tools/console/join_report.h"
 #include "tools/console/system_terminal.h"
 #include "tools/platform/platform.h"
 #include "world/airport_check.h"
@@ -23,12 +24,15 @@ constexpr const char* Examples = R"(Examples:
   corvenna-console --search                     sessions on the local network
   corvenna-console --join 192.168.1.5 --airport LOWI --callsign Innsbruck
                                                 serves the pilots of that session
+  corvenna-console --join 192.168.1.5 --report join.txt
+                                                what to send us when a join fails
 
 In the session you are the operator: type "stop" and "start" for the monitoring of traffic, "close" to leave;
 so does Ctrl-C. For a practice without a simulator: corvenna-practice run.)";
 
 constexpr std::string_view WhatToType =
-    "one of --join HOST, --search and --list-airports is needed; for a practice without a simulator type "
+    "one of --join HOST, --search, --report FILE and --list-airports is needed; for a practice without a "
+    "simulator type "
     "corvenna-practice run";
 
 constexpr int Failed = 1;
@@ -42,6 +46,7 @@ struct Options {
     std::optional<std::string> Data;
     std::optional<std::string> JoinHost;
     std::optional<std::string> SearchHost;
+    std::optional<std::string> ReportFile;
     std::string Session;
     int Speed = 1;
     bool ListAirports = false;
@@ -76,16 +81,23 @@ void AddOptions(CLI::App& app, Options& options) {
         ->needs(join)
         ->group(network);
 
+    auto* const report =
+        app.add_option("--report", options.ReportFile,
+                       "Try a join for half a minute, write into FILE what it meets, and end: for "
+                       "who helps you; without names and addresses")
+            ->type_name("FILE")
+            ->group(network);
+
     const auto lists = "Lists";
     auto* const search = app.add_option("--search", options.SearchHost,
                                         "List the sessions at a host, or on the local network, and end")
                              ->type_name("[HOST]")
                              ->expected(0, 1)
                              ->group(lists)
-                             ->excludes(join);
+                             ->excludes(join, report);
     app.add_flag("--list-airports", options.ListAirports, "List the airports, and end")
         ->group(lists)
-        ->excludes(join, search);
+        ->excludes(join, report, search);
     app.footer(Examples);
 }
 
@@ -126,6 +138,19 @@ void Search(const std::string& host) {
     if (!std::cout.flush()) throw std::runtime_error("standard output can't be written");
 }
 
+/// That the file can be written is found out before anything else.
+void WriteReport(const Options& options) {
+    const std::string file = BytesOf(PathOfUtf8(*options.ReportFile));
+    ReplaceFile(file, {"This report was not finished.\n"});
+    SystemTerminal keyboard;
+    ReplaceFile(file, {ReportOfJoin({.Host = options.JoinHost.value_or(""),
+                                     .Session = options.Session,
+                                     .System = SystemVersion(),
+                                     .Sockets = {}},
+                                    keyboard, [](std::string_view line) { std::cerr << line << '\n'; })});
+    std::cout << *options.ReportFile << " tells what the join met; it has no names and no addresses in it\n";
+}
+
 int Fail(int status, std::string_view words) {
     std::cerr << "corvenna-console: " << words << '\n';
     return status;
@@ -133,6 +158,7 @@ int Fail(int status, std::string_view words) {
 
 void Run(const Options& options) {
     if (options.SearchHost) return Search(*options.SearchHost);
+    if (options.ReportFile) return WriteReport(options);
     const auto data = FindDataFolder(options.Data, ProgramFolder());
     const std::filesystem::path appFolder =
         options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
@@ -153,7 +179,7 @@ int main(int argc, char** argv) {
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);
         app.parse(words.Count(), words.Words());
-        if (!options.JoinHost && !options.SearchHost && !options.ListAirports) {
+        if (!options.JoinHost && !options.SearchHost && !options.ReportFile && !options.ListAirports) {
             return Fail(WrongCommandLine, WhatToType);
         }
         Run(options);

@@ -9,6 +9,7 @@
 
 #include "link/directplay/interfaces.h"
 #include "link/directplay/socket_network.h"
+#include "link/directplay/wire_frame.h"
 #include "station/code_page.h"
 #include "station/numbers.h"
 
@@ -80,8 +81,10 @@ std::pair<std::string, std::uint16_t> SplitHost(const std::string& text, std::ui
 /// The sockets and the participant behind them. The mutex guards the participant; the events come from the
 /// sockets' thread, everything else from the station's.
 struct DirectPlaySession::Live final : NetworkEvents {
-    explicit Live(const SocketOptions& options)
-        : Net(options, *this), Everyone(Net, options.Bounds, options.Times) {
+    explicit Live(const DirectPlayOptions& options)
+        : Options(options),
+          Net(options.Sockets, *this),
+          Everyone(Net, options.Sockets.Bounds, options.Sockets.Times) {
         Everyone.Advance(Clock::now());
         Net.Start();
     }
@@ -101,9 +104,11 @@ struct DirectPlaySession::Live final : NetworkEvents {
     }
 
     void OnFrame(std::uint32_t ip, ByteSpan frame) override {
+        if (Options.WatchArrivals) Options.WatchArrivals({ip, SenderPort(frame)}, false, frame);
         Tell([&](Participant& p) { p.OnFrame(ip, frame); });
     }
     void OnDatagram(const Endpoint& source, ByteSpan datagram) override {
+        if (Options.WatchArrivals) Options.WatchArrivals(source, true, datagram);
         Tell([&](Participant& p) { p.OnDatagram(source, datagram); });
     }
     void OnConnectionLost(const Endpoint& tcp) override {
@@ -125,6 +130,7 @@ struct DirectPlaySession::Live final : NetworkEvents {
         Tell([](Participant&) {});
     }
 
+    const DirectPlayOptions& Options;
     std::mutex Mutex;
     std::condition_variable Changed;
     SocketNetwork Net;
@@ -138,7 +144,7 @@ DirectPlaySession::~DirectPlaySession() {
 }
 
 DirectPlaySession::Live& DirectPlaySession::Sockets() {
-    if (!live_) live_ = std::make_unique<Live>(options_.Sockets);
+    if (!live_) live_ = std::make_unique<Live>(options_);
     return *live_;
 }
 

@@ -29,6 +29,11 @@ struct DirectPlayOptions {
     directplay::milliseconds EnumerationTime = directplay::seconds(5);
     directplay::milliseconds EnumerationSettle{400};
 
+    /// Is shown every message from the network as it arrives, before it is read. Called on the sockets'
+    /// thread. The port of a connection is the one at which its other end listens.
+    std::function<void(const directplay::Endpoint& from, bool isDatagram, directplay::ByteSpan message)>
+        WatchArrivals;
+
     directplay::SocketOptions Sockets;
 };
 

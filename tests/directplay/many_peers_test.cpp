@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <barrier>
@@ -9,20 +8,14 @@
 #include <set>
 
 #include "directplay/peers.h"
+#include "support/system_limits.h"
 
 /// Sessions of many participants, each with a thread of its own, over real sockets.
 namespace corvenna {
 namespace {
 
 /// Everybody has a connection each way to everybody else.
-bool HasDescriptorsFor(std::size_t peers) {
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
-    getrlimit(RLIMIT_NOFILE, &limit);
-    return limit.rlim_cur >= 2 * peers * peers + 20 * peers;
-}
+bool HasSocketsFor(std::size_t peers) { return MayOpen(2 * peers * peers + 20 * peers); }
 
 /// What one participant saw and heard.
 struct Story {
@@ -86,7 +79,7 @@ class Meeting {
 struct ManyPeers : testing::TestWithParam<std::size_t> {};
 
 TEST_P(ManyPeers, AllHearAllAndAreSeenToLeave) {
-    if (!HasDescriptorsFor(GetParam())) GTEST_SKIP() << "this system allows too few open sockets";
+    if (!HasSocketsFor(GetParam())) GTEST_SKIP() << "this system allows too few open sockets";
     const std::vector<Story> stories = Meeting(GetParam()).Takes();
     for (std::size_t i = 0; i < stories.size(); ++i) {
         EXPECT_EQ(stories[i].Trouble, "") << i;

@@ -1,10 +1,5 @@
 #include "directplay/raw_peer.h"
 
-#include <arpa/inet.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <stdexcept>
 
 namespace corvenna::directplay {
@@ -28,7 +23,7 @@ void Check(int result, const char* what) {
     if (result < 0) throw std::runtime_error(what);
 }
 
-std::uint16_t BindAnywhere(int socket) {
+std::uint16_t BindAnywhere(SystemSocket socket) {
     sockaddr_in address = ThisComputer(0);
     Check(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), "bind");
     socklen_t size = sizeof(address);
@@ -36,20 +31,20 @@ std::uint16_t BindAnywhere(int socket) {
     return ntohs(address.sin_port);
 }
 
-bool Await(int socket, short events) {
-    pollfd wanted{socket, events, 0};
-    return poll(&wanted, 1, PatienceMilliseconds) > 0;
+bool HasSomethingSoon(SystemSocket socket) {
+    PollEntry wanted{socket, POLLIN, 0};
+    return Poll({&wanted, 1}, PatienceMilliseconds) > 0;
 }
 
 }  // namespace
 
 RawStream::~RawStream() {
-    if (socket_ >= 0) close(socket_);
+    if (socket_ != NoSocket) CloseSocket(socket_);
 }
 
 bool RawStream::Sends(ByteSpan bytes) const {
     while (!bytes.empty()) {
-        const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        const int sent = SendBytes(socket_, bytes);
         if (sent <= 0) return false;
         bytes = bytes.subspan(static_cast<std::size_t>(sent));
     }
@@ -58,31 +53,31 @@ bool RawStream::Sends(ByteSpan bytes) const {
 
 void RawStream::Resets() {
     const linger atOnce{1, 0};
-    setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
-    close(socket_);
-    socket_ = -1;
+    SetSocketOption(socket_, SO_LINGER, atOnce);
+    CloseSocket(socket_);
+    socket_ = NoSocket;
 }
 
 bool RawStream::IsEndedByTheOther() const {
-    char byte = 0;
+    std::byte byte{};
     for (;;) {
-        if (!Await(socket_, POLLIN)) return false;
-        if (recv(socket_, &byte, 1, 0) <= 0) return true;
+        if (!HasSomethingSoon(socket_)) return false;
+        if (ReceiveBytes(socket_, {&byte, 1}) <= 0) return true;
     }
 }
 
 RawPeer::RawPeer() {
     listener_ = socket(AF_INET, SOCK_STREAM, 0);
     datagrams_ = socket(AF_INET, SOCK_DGRAM, 0);
-    setsockopt(listener_, SOL_SOCKET, SO_RCVBUF, &ReceiveBufferBytes, sizeof(ReceiveBufferBytes));
+    SetSocketOption(listener_, SO_RCVBUF, ReceiveBufferBytes);
     tcpPort_ = BindAnywhere(listener_);
     udpPort_ = BindAnywhere(datagrams_);
     Check(listen(listener_, SOMAXCONN), "listen");
 }
 
 RawPeer::~RawPeer() {
-    if (listener_ >= 0) close(listener_);
-    if (datagrams_ >= 0) close(datagrams_);
+    if (listener_ != NoSocket) CloseSocket(listener_);
+    if (datagrams_ != NoSocket) CloseSocket(datagrams_);
 }
 
 std::unique_ptr<RawStream> RawPeer::Connects(std::uint16_t port) {
@@ -111,9 +106,7 @@ bool RawPeer::Says(std::uint16_t port, std::uint32_t from, std::uint32_t to, con
 }
 
 void RawPeer::SendsDatagram(std::uint16_t port, ByteSpan bytes) const {
-    const sockaddr_in address = ThisComputer(port);
-    sendto(datagrams_, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&address),
-           sizeof(address));
+    SendDatagram(datagrams_, bytes, ThisComputer(port));
 }
 
 bool RawPeer::IsCutOffBy(std::uint16_t port) {
@@ -133,15 +126,15 @@ Bytes RawPeer::NextFrame() {
 
 /// Waits for whatever comes first: a connection, bytes, or the end of a connection.
 bool RawPeer::TakeWhatCame() {
-    std::vector<pollfd> sockets{{listener_, POLLIN, 0}};
+    std::vector<PollEntry> sockets{{listener_, POLLIN, 0}};
     for (const Inbound& inbound : inbound_) sockets.push_back({inbound.Stream->Socket(), POLLIN, 0});
-    if (poll(sockets.data(), sockets.size(), PatienceMilliseconds) <= 0) return false;
+    if (Poll(sockets, PatienceMilliseconds) <= 0) return false;
     auto inbound = inbound_.begin();
     for (std::size_t i = 1; i < sockets.size(); ++i) {
         const auto current = inbound++;
         if (sockets[i].revents == 0) continue;
         std::array<std::byte, 4096> buffer{};
-        const ssize_t size = recv(sockets[i].fd, buffer.data(), buffer.size(), 0);
+        const int size = ReceiveBytes(sockets[i].fd, buffer);
         if (size <= 0) {
             inbound_.erase(current);
             continue;
@@ -157,9 +150,9 @@ bool RawPeer::TakeWhatCame() {
 
 void RawPeer::AnswersSearch(const SessionDescription& description, const std::u16string& name) {
     std::array<std::byte, 2048> buffer{};
-    if (!Await(datagrams_, POLLIN)) throw std::runtime_error("nobody searches");
-    const ssize_t size = recv(datagrams_, buffer.data(), buffer.size(), 0);
-    Check(static_cast<int>(size), "recv");
+    if (!HasSomethingSoon(datagrams_)) throw std::runtime_error("nobody searches");
+    const int size = ReceiveBytes(datagrams_, buffer);
+    Check(size, "recv");
     const Incoming incoming = SortDatagram(ByteSpan(buffer).first(static_cast<std::size_t>(size)));
     EnumSessionsReply reply{description, std::nullopt};
     reply.Name = name;
@@ -196,9 +189,9 @@ void RawPeer::Joins(const Peer& host, const std::u16string& name, const std::vec
 }
 
 void RawPeer::IsKilled() {
-    close(listener_);  // first, so that whoever looks after it finds nobody
-    close(datagrams_);
-    listener_ = datagrams_ = -1;
+    CloseSocket(listener_);  // first, so that whoever looks after it finds nobody
+    CloseSocket(datagrams_);
+    listener_ = datagrams_ = NoSocket;
     for (auto& [port, stream] : outbound_) stream->Resets();
     for (Inbound& inbound : inbound_) inbound.Stream->Resets();
     outbound_.clear();

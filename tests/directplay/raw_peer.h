@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "directplay/peers.h"
+#include "directplay/system_sockets.h"
 #include "link/directplay/wire_frame.h"
 #include "link/directplay/wire_messages.h"
 
@@ -15,12 +16,12 @@ namespace corvenna::directplay {
 /// One end of a stream of bytes. Closed with its last owner.
 class RawStream {
   public:
-    explicit RawStream(int socket) : socket_(socket) {}
+    explicit RawStream(SystemSocket socket) : socket_(socket) {}
     ~RawStream();
     RawStream(const RawStream&) = delete;
     RawStream& operator=(const RawStream&) = delete;
 
-    int Socket() const { return socket_; }
+    SystemSocket Socket() const { return socket_; }
 
     /// False when the other side has ended the stream.
     bool Sends(ByteSpan bytes) const;
@@ -32,7 +33,7 @@ class RawStream {
     bool IsEndedByTheOther() const;
 
   private:
-    int socket_;
+    SystemSocket socket_;
 };
 
 /// A participant of bare sockets on this computer, who sends what no other would. It waits for everything
@@ -92,8 +93,8 @@ class RawPeer {
     Bytes NextFrame();
     bool TakeWhatCame();
 
-    int listener_ = -1;
-    int datagrams_ = -1;
+    SystemSocket listener_ = NoSocket;
+    SystemSocket datagrams_ = NoSocket;
     std::uint16_t tcpPort_ = 0;
     std::uint16_t udpPort_ = 0;
     std::map<std::uint16_t, std::unique_ptr<RawStream>> outbound_;

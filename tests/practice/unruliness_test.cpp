@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "practice/practice_session.h"
+#include "support/has_form.h"
 
 namespace corvenna {
 namespace {
@@ -45,7 +46,7 @@ class UnrulinessTest : public testing::Test {
 
 TEST_F(UnrulinessTest, TypesADigitThatNobodyHasAskedFor) {
     Bad.Commit(Unruliness::Misdeed::WrongDigit, Pilot, 1s);
-    EXPECT_THAT(Controller.Texts(), ElementsAre(testing::MatchesRegex("[0-9]")));
+    EXPECT_THAT(Controller.Texts(), ElementsAre(HasForm("[0-9]")));
 }
 
 TEST_F(UnrulinessTest, ChatsNonsense) {

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <malloc.h>
 
 #include <algorithm>
 
@@ -8,6 +7,7 @@
 #include "practice/flown_transcript.h"
 #include "practice/traffic_session.h"
 #include "support/practice_station.h"
+#include "support/system_limits.h"
 
 // The whole service at once, on a clock that runs as fast as it can: real pilots in a real session before a
 // real station, from the world of the practice with its terrain.
@@ -132,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(AtEachAirport, NobodyIsStuck,
 
 TEST(WholeSession, OverADayTheStationDoesNotGrow) {
     TrafficSession session("KSEA", {.Pilots = 6, .Seed = 1, .Unruly = true}, 1s);
-    const auto inUse = [] { return static_cast<double>(mallinfo2().uordblks); };
+    const auto inUse = [] { return static_cast<double>(HeapBytesInUse()); };
     session.RunFor(1h);
     const double before = inUse();
     for (auto hour = 1h; hour < LongRun; hour += 1h) {

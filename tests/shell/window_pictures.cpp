@@ -1,4 +1,4 @@
-// Takes the pictures of all windows that stand in docs/windows, on the way from the first run to a station.
+// Takes the pictures of all windows that stand in docs/pictures, on the way from the first run to a station.
 //   QT_QPA_PLATFORM=offscreen window-pictures FOLDER [--dark]
 
 #include <QAction>
@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "shell/airport_box.h"
+#include "shell/form6.h"
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
 
@@ -37,7 +38,18 @@ class Album {
     QDir folder_;
 };
 
+/// It stands for as long as the airports are read, which with a practice world is no time at all.
+void TakeProgress(Album& album) {
+    HandlerGate gate;
+    auto* const progress = new Form6(gate);
+    progress->show();
+    album.Take(*progress, "form6");
+    progress->Depart();
+    QCoreApplication::sendPostedEvents(progress, QEvent::DeferredDelete);
+}
+
 void TakeAll(Album& album) {
+    TakeProgress(album);
     HostThread host;
     ShellScene scene(host.Port());
     std::filesystem::create_directory(scene.App.Path("FS2002"));

@@ -1,53 +1,13 @@
-// A tick in which no text changes takes no memory. The global allocation functions of this program are
-// replaced here by counting ones.
+// A tick in which no text changes takes no memory.
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include "link/services.h"
 #include "station/tick.h"
+#include "support/allocation_count.h"
 #include "support/test_field.h"
-
-namespace {
-
-bool counting = false;
-int allocations = 0;
-
-void* Allocate(std::size_t size) {
-    if (counting) ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-    throw std::bad_alloc();
-}
-
-void* AllocateAligned(std::size_t size, std::size_t alignment) {
-    if (counting) ++allocations;
-    if (void* memory = std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment))
-        return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-void* operator new(std::size_t size, std::align_val_t alignment) {
-    return AllocateAligned(size, static_cast<std::size_t>(alignment));
-}
-void* operator new[](std::size_t size, std::align_val_t alignment) {
-    return AllocateAligned(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
 
 namespace corvenna {
 namespace {
@@ -62,16 +22,15 @@ class SentCount final : public ChatSender {
 class QuietTick : public testing::Test {
   protected:
     /// How often memory was taken in ten ticks, after two that settle the texts. Nothing may be sent.
-    int AllocationsOfTenTicks() {
+    std::size_t AllocationsOfTenTicks() {
         SentCount radio;
         for (int i = 0; i < 2; ++i) AtcTimer(field.S, ControllerServices, radio);
         radio.Count = 0;
-        allocations = 0;
-        counting = true;
+        const std::size_t before = AllocationCount();
         for (int i = 0; i < 10; ++i) AtcTimer(field.S, ControllerServices, radio);
-        counting = false;
+        const std::size_t taken = AllocationCount() - before;
         EXPECT_EQ(radio.Count, 0);
-        return allocations;
+        return taken;
     }
 
     /// Ten pilots under service on no frequency, at so many feet and miles, with callsigns long and short.
@@ -87,11 +46,9 @@ class QuietTick : public testing::Test {
 };
 
 TEST_F(QuietTick, TheCounterCounts) {
-    allocations = 0;
-    counting = true;
+    const std::size_t before = AllocationCount();
     const std::string text(100, 'x');
-    counting = false;
-    EXPECT_EQ(allocations, 1);
+    EXPECT_EQ(AllocationCount() - before, 1u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForPilotsWhoWaitInTheOpeningDialogue) {
@@ -99,41 +56,41 @@ TEST_F(QuietTick, TakesNoMemoryForPilotsWhoWaitInTheOpeningDialogue) {
     field.Tick();
     field.Types("N3", "KTST,1");
     field.Tick();
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForVfrPilotsOnTheGroundInTheFrequencyMenu) {
     TenPilots(Vfr, 0, 1);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForIfrPilotsOnTheGroundInTheFrequencyMenu) {
     TenPilots(Ifr, 0, 1);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForVfrPilotsInTheAirInTheFrequencyMenu) {
     TenPilots(Vfr, 3000, 9);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForIfrPilotsInTheAirInTheFrequencyMenu) {
     TenPilots(Ifr, 12000, 90);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForPilotsInTheAdvisoryService) {
     field.S.TowerFrequency.clear();
     field.S.CtafFrequency = "122.8";
     TenPilots(Vfr, 3000, 9);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForPilotsInTheAdvisoryServiceWhateverTheLengthOfTheCtafLabel) {
     field.S.GroundFrequency.clear();
     field.S.CtafFrequency = "122.8 or, when nobody answers, 122.95";
     TenPilots(Vfr, 3000, 9);
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 TEST_F(QuietTick, TakesNoMemoryForPilotsWhoseDigitFitsNoOption) {
@@ -142,7 +99,7 @@ TEST_F(QuietTick, TakesNoMemoryForPilotsWhoseDigitFitsNoOption) {
     TenPilots(Ifr, 0, 1);
     field.Tick();
     for (PlayerRecord& pilot : field.S.Players.Valid()) pilot.Choice = 7;
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
     EXPECT_EQ(field.Pilot("N0").Choice, 7);
 }
 
@@ -151,7 +108,7 @@ TEST_F(QuietTick, TakesNoMemoryForPilotsWhoseDigitFitsNoOptionOfTheAdvisoryMenu)
     TenPilots(Vfr, 3000, 9);
     field.Tick();
     for (PlayerRecord& pilot : field.S.Players.Valid()) pilot.Choice = 7;
-    EXPECT_EQ(AllocationsOfTenTicks(), 0);
+    EXPECT_EQ(AllocationsOfTenTicks(), 0u);
 }
 
 }  // namespace

@@ -4,7 +4,21 @@
 #include <cstdlib>
 #include <new>
 
+#ifdef _WIN32
+#include <malloc.h>
+#endif
+
 namespace {
+
+#ifdef _WIN32
+void* TakeAligned(std::size_t size, std::size_t alignment) { return _aligned_malloc(size, alignment); }
+void GiveBackAligned(void* memory) { _aligned_free(memory); }
+#else
+void* TakeAligned(std::size_t size, std::size_t alignment) {
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+void GiveBackAligned(void* memory) { std::free(memory); }
+#endif
 
 std::atomic<std::size_t> allocations = 0;
 std::atomic<std::size_t> limit = corvenna::NoLimit;
@@ -18,8 +32,7 @@ void* Allocate(std::size_t size) {
 
 void* AllocateAligned(std::size_t size, std::size_t alignment) {
     ++allocations;
-    if (void* memory = std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment))
-        return memory;
+    if (void* memory = TakeAligned(size, alignment)) return memory;
     throw std::bad_alloc();
 }
 
@@ -37,10 +50,10 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { GiveBackAligned(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { GiveBackAligned(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { GiveBackAligned(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { GiveBackAligned(memory); }
 
 namespace corvenna {
 

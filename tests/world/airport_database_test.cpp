@@ -141,11 +141,15 @@ TEST(DatabaseFiles, ExistTogetherOrNotAtAll) {
 TEST(DatabaseFiles, TheSimulatorsFolderHoldsItsProgramInAnyCase) {
     TempFolder sim;
     EXPECT_FALSE(IsSimFolder(sim.Path()));
-    std::filesystem::create_directory(sim.Path("fs2002.exe"));
-    EXPECT_FALSE(IsSimFolder(sim.Path()));
     sim.Write("FS2002.EXE", "");
     EXPECT_TRUE(IsSimFolder(sim.Path()));
     EXPECT_FALSE(IsSimFolder(sim.Path("nowhere")));
+}
+
+TEST(DatabaseFiles, AFolderOfTheProgramsNameIsNotTheProgram) {
+    TempFolder sim;
+    std::filesystem::create_directory(sim.Path("fs2002.exe"));
+    EXPECT_FALSE(IsSimFolder(sim.Path()));
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "world/airport_database.h"
 #include "world/bgl_builder.h"
 #include "world/errors.h"
-#include "world/ordinary_user.h"
 #include "world/temp_folder.h"
 
 namespace corvenna {
@@ -188,29 +187,6 @@ TEST(SceneryScan, AFileThatVanishesInTheMidstIsSkipped) {
     }
     EXPECT_THAT(s.notes.Skips, ElementsAre(HasSubstr("2.bgl: can't be opened")));
     EXPECT_EQ(scan.Airports().Count(), 1);
-}
-
-TEST(SceneryScan, AFolderOrFileWithoutPermissionIsSkippedAndTheScanGoesOn) {
-    using std::filesystem::perms;
-    Scenery s;
-    s.sim.Write("a/scenery/1.bgl", FileWith("1"));
-    s.sim.Write("b/scenery/2.bgl", FileWith("2"));
-    s.sim.Write("b/scenery/3.bgl", FileWith("3"));
-    s.Area("a", "a");
-    s.Area("b", "b");
-    s.sim.Write("scenery.cfg", s.config);
-    std::filesystem::permissions(s.sim.Path("a/scenery"), perms::none);
-    std::filesystem::permissions(s.sim.Path("b/scenery/2.bgl"), perms::none);
-    {
-        const OrdinaryUser user;
-        SceneryScan scan(s.station, s.sim.Path(), s.notes);
-        while (scan.Tick()) {
-        }
-        EXPECT_EQ(scan.Airports().Count(), 1);
-    }
-    EXPECT_THAT(s.notes.Skips, ElementsAre(HasSubstr("a/scenery: can't be listed: Permission denied"),
-                                           HasSubstr("2.bgl: can't be opened: Permission denied")));
-    std::filesystem::permissions(s.sim.Path("a/scenery"), perms::owner_all);
 }
 
 TEST(SceneryScan, NamesKeepTheirEightBitCharacters) {

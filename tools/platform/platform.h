@@ -63,6 +63,9 @@ std::filesystem::path CacheFolder();
 /// The folder of the program file.
 std::filesystem::path ProgramFolder();
 
+/// Name and version of the operating system, for reports.
+std::string SystemVersion();
+
 /// Puts a text where other programs can paste it from, on systems with one such place for everybody.
 void OfferOnClipboard(std::string_view text);
 

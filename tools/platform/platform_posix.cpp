@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -48,6 +49,12 @@ std::filesystem::path CacheFolder() {
 std::filesystem::path ProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+std::string SystemVersion() {
+    utsname system{};
+    if (uname(&system) != 0) return "unknown";
+    return std::string(system.sysname) + ' ' + system.release + ' ' + system.machine;
 }
 
 void OfferOnClipboard(std::string_view) {}

@@ -23,6 +23,11 @@ constexpr UINT OwnCodePage = 1252;
 /// The file system library spells names in UTF-8 on this system.
 std::string Utf8(const wchar_t* text) { return std::filesystem::path(text).string(); }
 
+template <class Pointer>
+Pointer Operation(HMODULE library, const char* name) {
+    return reinterpret_cast<Pointer>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
 /// Whether it is a console; from then on it obeys escape sequences, such as those for colours.
 bool IsConsole(DWORD which) {
     const HANDLE output = GetStdHandle(which);
@@ -87,6 +92,19 @@ std::filesystem::path ProgramFolder() {
     std::wstring name(32768, L'\0');
     name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
     return std::filesystem::path(name).parent_path();
+}
+
+/// Straight from the system: what it tells ordinary programs depends on what they are made for.
+std::string SystemVersion() {
+    const HMODULE system = GetModuleHandleW(L"ntdll.dll");
+    RTL_OSVERSIONINFOW version{};
+    version.dwOSVersionInfoSize = sizeof version;
+    const auto getVersion = Operation<LONG(WINAPI*)(RTL_OSVERSIONINFOW*)>(system, "RtlGetVersion");
+    if (getVersion == nullptr || getVersion(&version) != 0) return "Windows";
+    std::string words = "Windows " + std::to_string(version.dwMajorVersion) + '.' +
+                        std::to_string(version.dwMinorVersion) + '.' + std::to_string(version.dwBuildNumber);
+    const auto wineVersion = Operation<const char*(CDECL*)()>(system, "wine_get_version");
+    return wineVersion == nullptr ? words : words + " under Wine " + wineVersion();
 }
 
 void OfferOnClipboard(std::string_view text) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include "support/has_form.h"
 #include "tools/child_process.h"
 #include "tools/console/practice_field.h"
 #include "tools/network_pilot.h"
@@ -260,7 +261,7 @@ TEST(SearchProgram, ListsASessionWithItsFlagsAndGuids) {
     EXPECT_THAT(search.Lines,
                 testing::ElementsAre("Z\xC3\xBCrich", "  players      1 of 5",
                                      StartsWith("  host         127.0.0.1:"), "  flags        0x00000044",
-                                     testing::MatchesRegex("  session      \\{[0-9A-F-]{36}\\}"),
+                                     HasForm("  session      \\{[0-9A-F-]{36}\\}"),
                                      "  application  {CC080A27-6D4E-11D0-8E21-00A0C90542EF}"));
 }
 

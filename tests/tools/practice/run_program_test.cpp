@@ -81,14 +81,14 @@ TEST(RunProgramTest, AStationThatFailsIsNamedWithItsStatus) {
     options.App = PracticeApp();
     options.Bind = "127.0.23.5";
     options.Traffic.Pilots = 1;
-    options.Station = {"/bin/sh", "-c", "exit 9"};
+    options.Station = {CORVENNA_PRACTICE, "nonsense"};
     QuickTerminal terminal;
     std::ostringstream out;
     try {
         RunWholePractice(options, terminal, out);
         FAIL();
     } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "the station's program /bin/sh has ended with status 9");
+        EXPECT_STREQ(error.what(), "the station's program " CORVENNA_PRACTICE " has ended with status 2");
     }
     EXPECT_THAT(out.str(), HasSubstr("(KSEA): "));
 }

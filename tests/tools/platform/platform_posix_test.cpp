@@ -1,8 +1,9 @@
-#include "tools/platform/platform.h"
-
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include "support/has_form.h"
+#include "tools/platform/platform.h"
 
 namespace corvenna {
 namespace {
@@ -36,6 +37,8 @@ TEST(AllowManyOpenFiles, RaisesTheLimitToTheHighest) {
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
     EXPECT_EQ(limit.rlim_cur, limit.rlim_max);
 }
+
+TEST(SystemVersion, NamesTheSystem) { EXPECT_THAT(SystemVersion(), HasForm("[A-Za-z]+ [0-9]+[.].*")); }
 
 }  // namespace
 }  // namespace corvenna

@@ -1,10 +1,10 @@
-#include "tools/console/system_terminal.h"
-
 #include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+
+#include "tools/console/system_terminal.h"
 
 namespace corvenna {
 namespace {
