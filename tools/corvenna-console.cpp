@@ -165,7 +165,7 @@ void Search(const std::string& host) {
 
 /// That the file can be written is found out before anything else.
 void WriteReport(const Options& options) {
-    const std::string file = BytesOf(std::filesystem::path(*options.ReportFile));
+    const std::string file = BytesOf(PathOfUtf8(*options.ReportFile));
     ReplaceFile(file, {"This report was not finished.\n"});
     SystemTerminal keyboard;
     ReplaceFile(file, {ReportOfJoin({.Host = options.JoinHost.value_or(""),

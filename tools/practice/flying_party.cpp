@@ -1,12 +1,12 @@
 #include "tools/practice/flying_party.h"
 
 #include <fmt/format.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 
 #include "practice/practice_picture.h"
 #include "station/code_page.h"
+#include "tools/platform/platform.h"
 #include "world/files.h"
 
 namespace corvenna {
@@ -14,14 +14,6 @@ namespace corvenna {
 namespace {
 
 constexpr std::chrono::milliseconds StepInterval{100};
-
-/// Everybody has connections to everybody, all of them in this process.
-void AllowManyConnections() {
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
-}
 
 std::string Plural(int count, std::string_view what) {
     return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
@@ -37,7 +29,7 @@ FlyingParty::FlyingParty(Station station, const SessionAccess& access, const Tra
       plan_(plan),
       print_(std::move(print)),
       log_(chart_->ElevationFeet(), keepsTracks) {
-    AllowManyConnections();
+    AllowManyOpenFiles();  // everybody has connections to everybody, all of them in this process
     log_.Remarkable = [this](auto name, auto what) { PrintLine(name, what); };
     const auto seeker = MakeParticipant(reach_);
     traffic_.emplace(
