@@ -104,13 +104,4 @@ PilotScript ScriptOfPilot(const std::shared_ptr<const AirportChart>& chart, int 
     return script;
 }
 
-PilotScript ScriptOfOnlooker(const Station& station, std::string name) {
-    PilotScript script;
-    script.Name = std::move(name);
-    script.Aircraft = Skylane.Name;
-    script.Start = Parked(AirportChart(station), 0);
-    script.Stays = true;
-    return script;
-}
-
 }  // namespace corvenna

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "practice/practice_pilot.h"
-#include "station/model.h"
 
 namespace corvenna {
 
@@ -12,8 +11,5 @@ namespace corvenna {
 /// turns. The same airport and number give the same script.
 PilotScript ScriptOfPilot(const std::shared_ptr<const AirportChart>& chart, int number,
                           std::chrono::milliseconds arrivesAt);
-
-/// Somebody who stands at the first parking spot and does nothing by himself.
-PilotScript ScriptOfOnlooker(const Station& station, std::string name);
 
 }  // namespace corvenna

@@ -16,13 +16,6 @@ PracticeTraffic::PracticeTraffic(std::shared_ptr<const AirportChart> chart,
     for (int i = 0; i < plan.Pilots; ++i) Fill(seats_.emplace_back(), pilotsMade_++, i * ArrivalInterval);
 }
 
-PracticeTraffic::PracticeTraffic(const Station& station,
-                                 std::function<std::unique_ptr<Session>()> makeSession,
-                                 std::string sessionName, int pilotCount, PilotEvents events)
-    : PracticeTraffic(std::make_shared<AirportChart>(station), std::move(makeSession), std::move(sessionName),
-                      {.Pilots = pilotCount},
-                      {.Talk = std::move(events), .Came = {}, .Left = {}, .Failed = {}}) {}
-
 void PracticeTraffic::Step(std::chrono::milliseconds now) {
     for (Seat& seat : seats_) StepPilot(seat, now);
 }

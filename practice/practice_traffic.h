@@ -9,7 +9,6 @@
 
 #include "practice/practice_pilot.h"
 #include "practice/unruliness.h"
-#include "station/model.h"
 
 namespace corvenna {
 
@@ -44,10 +43,6 @@ class PracticeTraffic {
     PracticeTraffic(std::shared_ptr<const AirportChart> chart,
                     std::function<std::unique_ptr<Session>()> makeSession, std::string sessionName,
                     const TrafficPlan& plan, TrafficEvents events);
-
-    /// Those of the airport of a station, which is read now, without anything special.
-    PracticeTraffic(const Station& station, std::function<std::unique_ptr<Session>()> makeSession,
-                    std::string sessionName, int pilotCount, PilotEvents events);
 
     /// Throws what the session layer throws, unless Failed takes it.
     void Step(std::chrono::milliseconds now);

@@ -16,7 +16,7 @@ constexpr int RowsOffered = 12;
 constexpr int LettersSeen = 40;
 
 QStringList Alphabetical(const QStringList& labels) {
-    QCollator collator(QLocale(QLocale::English));
+    QCollator collator{QLocale(QLocale::English)};
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<std::pair<QCollatorSortKey, QString>> keyed;
     keyed.reserve(static_cast<std::size_t>(labels.size()));

@@ -13,7 +13,6 @@ class FolderList final : public QListWidget {
 
     QString Path() const { return path_; }
 
-  public slots:
     void SetPath(const QString& path);
 
   signals:

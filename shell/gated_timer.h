@@ -26,7 +26,6 @@ class GatedTimer final : public QTimer {
     /// Starts or stops it; one that runs already goes on.
     void Enable(bool enabled);
 
-  public slots:
     /// What happens when it is due.
     void Expire();
 

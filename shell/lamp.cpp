@@ -9,7 +9,7 @@ namespace {
 
 /// Lines across a square in both directions. They grow with it, as the lines of a brush do not.
 void Hatch(QPainter& painter, const QRectF& square) {
-    constexpr int LinesEachWay = 9;
+    constexpr int LinesEachWay = 7;
     const double step = 2 * square.width() / (LinesEachWay + 1);
     for (int i = 1; i <= LinesEachWay; ++i) {
         const double along = i * step;
@@ -53,7 +53,7 @@ void Lamp::paintEvent(QPaintEvent*) {
         painter.fillPath(outline, colour_);
     } else {
         painter.setClipPath(outline);
-        painter.setPen(QPen(colour_, line));
+        painter.setPen(QPen(colour_, line / 2));
         Hatch(painter, place);
         painter.setClipping(false);
     }

@@ -25,8 +25,8 @@ constexpr double OppositeChord = 1e-6;
 // What the coordinates of an entry lose, and more.
 constexpr double EntryError = 1e-6;
 
-constexpr double CellSize = 2 * NearChord;        // so that a search spans two cells in each direction
-constexpr std::size_t MostCells = 3 * 3 * 3 * 2;  // or three, by rounding
+constexpr double CellSize = 2 * NearChord;  // so that a search spans two cells in each direction
+constexpr std::size_t MostCells = std::size_t{3} * 3 * 3 * 2;  // or three, by rounding
 
 // Beyond any position that the session's messages can carry.
 constexpr double ReasonableDegrees = 1e5;

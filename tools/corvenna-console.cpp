@@ -10,8 +10,6 @@
 #include "tools/console/data_folder.h"
 #include "tools/console/join_program.h"
 #include "tools/console/join_report.h"
-#include "tools/console/practice_console.h"
-#include "tools/console/session_name.h"
 #include "tools/console/system_terminal.h"
 #include "tools/platform/platform.h"
 #include "world/airport_check.h"
@@ -22,24 +20,27 @@ namespace {
 using namespace corvenna;
 
 constexpr const char* Examples = R"(Examples:
-  corvenna-console                              Seattle-Tacoma, until Ctrl-C or end of input
-  corvenna-console --airport LOWI --pilots 6    Innsbruck with six practice pilots
-  corvenna-console --minutes 1 < /dev/null      a minute of radio traffic, nobody at the keyboard
   corvenna-console --list-airports              what can be controlled
   corvenna-console --search                     sessions on the local network
   corvenna-console --join 192.168.1.5 --airport LOWI --callsign Innsbruck
-                                                serves the pilots of a real session
+                                                serves the pilots of that session
   corvenna-console --join 192.168.1.5 --report join.txt
                                                 what to send us when a join fails
 
-In a practice you are a pilot too: answer the welcome with the airport's code and the digit ("KSEA,1"),
-every later menu with its digit, and "R" to hear the last text again. In a session that was joined you are
-the operator: type "stop" and "start" for the monitoring of traffic, "close" to leave.)";
+In the session you are the operator: type "stop" and "start" for the monitoring of traffic, "close" to leave;
+so does Ctrl-C. For a practice without a simulator: corvenna-practice run.)";
+
+constexpr std::string_view WhatToType =
+    "one of --join HOST, --search, --report FILE and --list-airports is needed; for a practice without a "
+    "simulator type "
+    "corvenna-practice run";
+
+constexpr int Failed = 1;
+constexpr int WrongCommandLine = 2;
 
 struct Options {
     std::string Airport = "KSEA";
     std::string Callsign;
-    std::string Person = "YOU1";
     std::optional<double> Minutes;
     std::optional<std::string> App;
     std::optional<std::string> Data;
@@ -47,7 +48,6 @@ struct Options {
     std::optional<std::string> SearchHost;
     std::optional<std::string> ReportFile;
     std::string Session;
-    int Pilots = 4;
     int Speed = 1;
     bool ListAirports = false;
     bool NoColour = false;
@@ -65,21 +65,10 @@ void AddOptions(CLI::App& app, Options& options) {
         ->default_str("corvenna in the user's cache");
     app.add_option("--data", options.Data, "Folder of the data files");
     app.add_option("--speed", options.Speed,
-                   "How many times faster time runs; in a joined session it must do so for everybody")
+                   "How many times faster time runs; it must do so for everybody in the session")
         ->check(CLI::Range(1, 60))
         ->capture_default_str();
     app.add_flag("--no-colour", options.NoColour, "No colours, even on a terminal");
-
-    const auto practice = "A practice within this program";
-    auto* const pilots = app.add_option("--pilots", options.Pilots, "Number of practice pilots")
-                             ->check(CLI::Range(0, 100))
-                             ->capture_default_str()
-                             ->group(practice);
-    auto* const person =
-        app.add_option("--pilot", options.Person, "Your own callsign")
-            ->check([](const std::string& name) { return name.empty() ? "a callsign is needed" : ""; })
-            ->capture_default_str()
-            ->group(practice);
 
     const auto network = "A session on the network";
     auto* const join =
@@ -87,8 +76,7 @@ void AddOptions(CLI::App& app, Options& options) {
                        "Join the session at this host: name or address, with or without \":port\"; "
                        "\"\" looks for it on the local network")
             ->type_name("HOST")
-            ->group(network)
-            ->excludes(pilots, person);
+            ->group(network);
     app.add_option("--session", options.Session, "The session's name, where several are found")
         ->needs(join)
         ->group(network);
@@ -132,15 +120,6 @@ std::optional<std::chrono::milliseconds> Length(const Options& options) {
     return std::chrono::milliseconds(std::llround(*options.Minutes * 60000 * options.Speed));
 }
 
-void Practise(Station station, const Options& options, Terminal& terminal, RadioPrinter& printer) {
-    PracticeConsole practice(std::move(station),
-                             {.Controller = NameInSession(options.Callsign, "the controller's name"),
-                              .Person = NameInSession(options.Person, "your callsign"),
-                              .Pilots = options.Pilots},
-                             printer);
-    RunConsole(practice, terminal, Length(options));
-}
-
 void Control(const Options& options, const std::filesystem::path& appFolder) {
     Station station;
     SelectByName(station, appFolder, Utf8ToCodePage(options.Airport));
@@ -149,12 +128,8 @@ void Control(const Options& options, const std::filesystem::path& appFolder) {
     SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, options.Speed);
     RadioPrinter printer(std::cout, !options.NoColour && OutputTakesColour());
-    if (options.JoinHost) {
-        RunJoin(std::move(station), {*options.JoinHost, options.Session, options.Callsign, Length(options)},
-                {}, terminal, printer);
-    } else {
-        Practise(std::move(station), options, terminal, printer);
-    }
+    RunJoin(std::move(station), {*options.JoinHost, options.Session, options.Callsign, Length(options)}, {},
+            terminal, printer);
 }
 
 void Search(const std::string& host) {
@@ -176,9 +151,21 @@ void WriteReport(const Options& options) {
     std::cout << *options.ReportFile << " tells what the join met; it has no names and no addresses in it\n";
 }
 
-int Fail(std::string_view words) {
+int Fail(int status, std::string_view words) {
     std::cerr << "corvenna-console: " << words << '\n';
-    return 1;
+    return status;
+}
+
+void Run(const Options& options) {
+    if (options.SearchHost) return Search(*options.SearchHost);
+    if (options.ReportFile) return WriteReport(options);
+    const auto data = FindDataFolder(options.Data, ProgramFolder());
+    const std::filesystem::path appFolder =
+        options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
+    CompletePracticeFolder(appFolder, data,
+                           [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
+    if (options.ListAirports) return ListAirports(appFolder);
+    Control(options, appFolder);
 }
 
 }  // namespace
@@ -186,34 +173,22 @@ int Fail(std::string_view words) {
 int main(int argc, char** argv) {
     const ConsoleSpelling spelling(Spelling::Utf8);
     Options options;
-    CLI::App app("An automatic air traffic controller, in a practice session of its own or in a real one.");
+    CLI::App app("An automatic air traffic controller for a multiplayer session, in a terminal.");
     app.set_version_flag("--version", "corvenna-console " CORVENNA_VERSION);
     AddOptions(app, options);
     try {
         const CommandLine words(argc, argv, Spelling::Utf8);
         app.parse(words.Count(), words.Words());
-        if (options.SearchHost) {
-            Search(*options.SearchHost);
-            return 0;
+        if (!options.JoinHost && !options.SearchHost && !options.ReportFile && !options.ListAirports) {
+            return Fail(WrongCommandLine, WhatToType);
         }
-        if (options.ReportFile) {
-            WriteReport(options);
-            return 0;
-        }
-        const auto data = FindDataFolder(options.Data, ProgramFolder());
-        const std::filesystem::path appFolder =
-            options.App ? PathOfUtf8(*options.App) : CacheFolder() / "corvenna";
-        CompletePracticeFolder(appFolder, data,
-                               [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
-        if (options.ListAirports) {
-            ListAirports(appFolder);
-        } else {
-            Control(options, appFolder);
-        }
+        Run(options);
         return 0;
     } catch (const CLI::Success& help) {
         return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        return Fail(WrongCommandLine, error.what());
     } catch (const std::exception& error) {
-        return Fail(ReportToUtf8(error.what()));
+        return Fail(Failed, ReportToUtf8(error.what()));
     }
 }

@@ -127,7 +127,7 @@ CLI::Option* AddSpeed(CLI::App& command, int& speed) {
 void AddSessionOptions(CLI::App& command, SessionOptions& options) {
     command.add_option("HOST", options.Host, "Name or address of the session's host")->capture_default_str();
     command.add_option("--airport", options.Airport, "Code or label of the controller's airport")
-        ->default_str("the one of his welcome");
+        ->default_str("wherever one says welcome");
     command.add_option("--bind", options.Bind, "Own address, on a computer with several");
     AddSpeed(command, options.Speed);
     AddFolders(command, options.App, options.Data);
@@ -165,6 +165,8 @@ constexpr const char* FlyExamples = R"(Examples:
   corvenna-practice fly 192.168.1.5 --pilots 20 --unruly a crowd for a host on the network
   corvenna-practice fly --pilots 1 --seed 3 --speed 20 --picture arrival.svg
 
+Without --airport they wait for a controller's welcome, come to his airport, and follow when he has left and another one
+says welcome elsewhere.
 The first pilots of seeds 0 to 7 fly a VFR circuit, an IFR round trip, a VFR arrival, an IFR arrival, one with a
 missed approach, an IFR departure, a VFR round trip and an IFR arrival from 150 miles; their followers go on in that
 order.

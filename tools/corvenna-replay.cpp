@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int OutputUnwritable = 1;
 constexpr int ScriptUnreadable = 2;
 
 constexpr const char* Description =
@@ -37,6 +38,10 @@ int main(int argc, char** argv) {
         std::cout.flush();
         std::cerr << "corvenna-replay: " << error.what() << '\n';
         return ScriptUnreadable;
+    }
+    if (!std::cout.flush()) {
+        std::cerr << "corvenna-replay: standard output can't be written\n";
+        return OutputUnwritable;
     }
     return 0;
 }

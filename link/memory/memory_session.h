@@ -12,7 +12,7 @@
 
 #include "link/session.h"
 
-/// The session layer within one process: for replay, for tests, and for a practice without sockets.
+/// The session layer within one process: for replay and for tests.
 /// All of it on one thread. Messages wait in their addressee's queue until he fetches them.
 namespace corvenna {
 

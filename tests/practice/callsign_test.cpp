@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "practice/data_files.h"
-#include "practice/practice_host.h"
 #include "practice/practice_session.h"
 
 namespace corvenna {
@@ -14,7 +13,7 @@ class CallsignTest : public testing::Test {
     CallsignTest() { Newcomer.Open(Newcomer.GetDPEnumSessions({}).at(0), OpenMode::Join); }
 
     MemoryNetwork Network;
-    PracticeHost Host{std::make_unique<MemorySession>(Network), TestSessionName, 8};
+    TestHost Host{Network, 8};
     HandPlayed Pilot{Network, "N1"};
     MemorySession Newcomer{Network};
 };

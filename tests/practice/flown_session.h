@@ -26,8 +26,9 @@ class FlownSession {
         bool Completed() const { return Pilot->Gone() && Last == FlightStage::Over; }
     };
 
-    FlownSession(Station station, int pilots, int firstNumber = 0, PilotEvents events = {})
-        : Session(std::move(station), pilots + 2, StepTimeFor(pilots)) {
+    FlownSession(Station station, int pilots, int firstNumber = 0, PilotEvents events = {},
+                 std::unique_ptr<SessionCarrier> carrier = std::make_unique<MemoryCarrier>())
+        : Session(std::move(station), pilots + 2, StepTimeFor(pilots), std::move(carrier)) {
         const auto chart = std::make_shared<AirportChart>(Session.TheStation);
         for (int i = 0; i < pilots; ++i) {
             PilotScript script = ScriptOfPilot(chart, firstNumber + i, i * std::chrono::seconds(3));

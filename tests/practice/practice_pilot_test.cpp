@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "practice/practice_host.h"
 #include "practice/practice_session.h"
 #include "support/test_field.h"
 
@@ -53,7 +52,7 @@ class PracticePilotTest : public testing::Test {
     void Says(std::string_view text) { Controller.Send(Controller.IdOf("N1"), WriteChat(text)); }
 
     MemoryNetwork Network;
-    PracticeHost Host{std::make_unique<MemorySession>(Network), TestSessionName, 8};
+    TestHost Host{Network, 8};
     HandPlayed Controller{Network, "KTST_Controller"};
 };
 

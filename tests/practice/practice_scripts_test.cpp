@@ -112,7 +112,6 @@ TEST(PracticeScripts, WithoutATowerEverybodyAnnouncesHimselfUnderEitherRules) {
 TEST(PracticeScripts, PilotsStandAtParkingSpotsOneAfterTheOther) {
     TestField field;
     field.S.AirportParkingSpots = {{"GATE 1", 50, 47.1, -122.1, 0}, {"GATE 2", 50, 47.2, -122.2, 0}};
-    EXPECT_EQ(ScriptOfOnlooker(field.S, "YOU1").Start.Latitude, 47.1);
     EXPECT_EQ(ScriptAt(field.S, 0).Start.Latitude, 47.2);
     EXPECT_NEAR(ScriptAt(field.S, 1).Start.Latitude, 47.1, 0.001);  // a row farther
 }
@@ -121,7 +120,7 @@ TEST(PracticeScripts, WhereThereAreMorePilotsThanSpotsTheyStandInRows) {
     TestField field;
     field.S.AirportParkingSpots = {{"GATE 1", 50, 47.001, -122.01, 0}};
     const AirportChart chart(field.S);
-    const Place first = ScriptOfOnlooker(field.S, "YOU1").Start.Where();
+    const Place first = {47.001, -122.01};
     const Place second = ScriptAt(field.S, 0).Start.Where();
     const Place third = ScriptAt(field.S, 1).Start.Where();
     EXPECT_NEAR(MilesBetween(first, second), 0.02, 1e-6);
@@ -145,14 +144,6 @@ TEST(PracticeScripts, CallsignsDifferAndNoneBeginsAnother) {
     for (auto name = names.begin(), next = std::next(name); next != names.end(); ++name, ++next) {
         EXPECT_FALSE(next->starts_with(*name));
     }
-}
-
-TEST(PracticeScripts, TheOnlookerStaysAndDoesNothing) {
-    const TestField field;
-    const PilotScript script = ScriptOfOnlooker(field.S, "YOU1");
-    EXPECT_EQ(script.Name, "YOU1");
-    EXPECT_TRUE(script.Stays);
-    EXPECT_TRUE(script.Steps.empty());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -7,10 +8,27 @@
 
 #include "link/fs_messages.h"
 #include "link/memory/memory_session.h"
+#include "practice/simulator_peer.h"
 
 namespace corvenna {
 
 inline constexpr const char* TestSessionName = "Test Session";
+
+/// The simulator that hosts a test's session, and admits everybody.
+class TestHost {
+  public:
+    static constexpr const char* Name = "Test_Host";
+
+    TestHost(MemoryNetwork& network, std::int32_t maxPlayers)
+        : peer_(std::make_unique<MemorySession>(network), {.Name = Name, .Observer = true, .Where = {}}) {
+        peer_.Host(TestSessionName, maxPlayers);
+    }
+
+    void Step() { peer_.Step(std::chrono::milliseconds(0)); }
+
+  private:
+    SimulatorPeer peer_;
+};
 
 /// A participant that a test plays by hand.
 class HandPlayed {

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "practice/practice_host.h"
 #include "practice/practice_session.h"
 #include "support/test_field.h"
 
@@ -26,10 +25,10 @@ class PracticeTrafficTest : public testing::Test {
 
     TestField Field;
     MemoryNetwork Network;
-    PracticeHost Host{std::make_unique<MemorySession>(Network), TestSessionName, 8};
+    TestHost Host{Network, 8};
     HandPlayed Controller{Network, "KTST_Controller"};
     PracticeTraffic Traffic{
-        Field.S, [this] { return std::make_unique<MemorySession>(Network); }, TestSessionName, 2, {}};
+        std::make_shared<AirportChart>(Field.S), MoreSessions(), TestSessionName, {.Pilots = 2}, {}};
     std::chrono::milliseconds Now{0};
 };
 

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "practice/practice_host.h"
 #include "practice/practice_session.h"
 #include "support/has_form.h"
 
@@ -39,7 +38,7 @@ class UnrulinessTest : public testing::Test {
     }
 
     MemoryNetwork Network;
-    PracticeHost Host{std::make_unique<MemorySession>(Network), TestSessionName, 8};
+    TestHost Host{Network, 8};
     HandPlayed Controller{Network, "KTST_Controller"};
     PracticePilot Pilot{std::make_unique<MemorySession>(Network), TestSessionName, "KTST", Script()};
     Unruliness Bad{7};

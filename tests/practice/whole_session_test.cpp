@@ -2,12 +2,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "practice/flown_session.h"
-#include "practice/practice_log.h"
-#include "practice/practice_traffic.h"
+#include "practice/flown_transcript.h"
+#include "practice/traffic_session.h"
 #include "support/practice_station.h"
 #include "support/system_limits.h"
 
@@ -26,13 +24,6 @@ constexpr auto UnrulyRun = 2h;
 constexpr auto LongRun = 24h;
 constexpr auto UnrulyRun = 6h;
 #endif
-
-Station StationAt(std::string_view code) { return PracticeStation(CORVENNA_TEST_DATA, code); }
-
-std::string Clock(std::chrono::milliseconds time) {
-    const auto seconds = time / 1s;
-    return fmt::format("{:02}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60);
-}
 
 // ---- Everybody who follows his clearances completes his plan
 
@@ -63,7 +54,8 @@ class EverybodyCompletes : public testing::TestWithParam<Practice> {};
 
 TEST_P(EverybodyCompletes, HisPlan) {
     const Practice& practice = GetParam();
-    FlownSession session(StationAt(practice.Code), practice.Pilots, practice.FirstNumber);
+    FlownSession session(PracticeStation(CORVENNA_TEST_DATA, practice.Code), practice.Pilots,
+                         practice.FirstNumber);
     session.Run(12h);
     for (const FlownSession::Flown& flown : session.Pilots) {
         EXPECT_EQ(Missing(flown), "")
@@ -96,45 +88,6 @@ INSTANTIATE_TEST_SUITE_P(AtEachAirport, EverybodyCompletes, testing::ValuesIn(Pr
 
 // ---- Word by word
 
-/// All that is said and heard while one pilot is about.
-std::vector<std::string> TranscriptOf(const std::string& code, int number) {
-    std::vector<std::string> lines;
-    std::chrono::milliseconds now{0};
-    const auto said = [&](auto name, auto text) {
-        lines.push_back(fmt::format("{} {}: {}", Clock(now), name, text));
-    };
-    FlownSession session(StationAt(code), 1, number, {.Heard = {}, .Said = said});
-    session.Session.Transmitted = [&](auto frequency, auto text) {
-        lines.push_back(fmt::format("{} [{}] {}", Clock(now), frequency, text));
-    };
-    while (session.Session.Now < 6h && !session.AllGone()) {
-        now = session.Session.Now;
-        session.Step();
-    }
-    return lines;
-}
-
-std::vector<std::string> LinesOfFile(const std::string& name) {
-    std::ifstream in(std::string(CORVENNA_TRANSCRIPTS) + "/" + name);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
-
-/// What was heard now is left beside the test's temporary files, to be read and kept.
-void ExpectTranscript(const std::string& code, int number, const std::string& name) {
-    const auto heard = TranscriptOf(code, number);
-    const auto kept = LinesOfFile(name);
-    if (heard == kept) return;
-    std::ofstream out(testing::TempDir() + name);
-    for (const std::string& line : heard) out << line << '\n';
-    const auto [a, b] = std::mismatch(heard.begin(), heard.end(), kept.begin(), kept.end());
-    ADD_FAILURE() << name << " differs in line " << a - heard.begin() + 1
-                  << "\n heard: " << (a == heard.end() ? "(end)" : *a)
-                  << "\n  kept: " << (b == kept.end() ? "(end)" : *b) << "\nWhat was heard is in "
-                  << testing::TempDir() << name;
-}
-
 TEST(WholeSession, AVisualCircuitIsHeardWordByWord) { ExpectTranscript("KSEA", 0, "visual_circuit.txt"); }
 
 TEST(WholeSession, AnInstrumentFlightOutAndBackIsHeardWordByWord) {
@@ -146,47 +99,6 @@ TEST(WholeSession, TheSamePilotsAreHeardTheSameTwice) {
 }
 
 // ---- With unruly pilots among them
-
-/// Practice traffic with its log, replenished for as long as one likes.
-class TrafficSession {
-  public:
-    TrafficSession(std::string_view code, const TrafficPlan& plan, std::chrono::milliseconds stepTime = 100ms)
-        : Session(StationAt(code), plan.Pilots + 3, stepTime),
-          Log(Session.TheStation.RunwayElevation, false),
-          traffic_(
-              std::make_shared<AirportChart>(Session.TheStation), [this] { return Session.MakeSession(); },
-              WholeSession::Name, plan, Events()) {}
-
-    void RunFor(std::chrono::milliseconds time) {
-        for (const auto end = Session.Now + time; Session.Now < end;) {
-            Session.Step([&](auto now) {
-                traffic_.Step(now);
-                if (now % 1000ms == 0ms) traffic_.ForEach([&](const auto& pilot) { Log.Flies(pilot, now); });
-            });
-        }
-    }
-
-    WholeSession Session;
-    PracticeLog Log;
-    std::vector<std::string> Lost;  ///< who left without having flown to the end
-    int Completed = 0;
-
-  private:
-    TrafficEvents Events() {
-        return {.Talk = {.Heard = [this](auto name, auto text) { Log.Heard(name, text, Session.Now); },
-                         .Said = [this](auto name, auto text) { Log.Said(name, text, Session.Now); }},
-                .Came = [this](const auto& pilot) { Log.Came(pilot, Session.Now); },
-                .Left =
-                    [this](const auto& pilot) {
-                        Log.Left(pilot.Name(), pilot.Completed());
-                        if (pilot.Completed()) ++Completed;
-                        if (!pilot.Completed()) Lost.push_back(pilot.Name());
-                    },
-                .Failed = {}};
-    }
-
-    PracticeTraffic traffic_;
-};
 
 /// Whether the pilot of a callsign is one of the bad ones.
 bool IsUnruly(const std::string& callsign) {

@@ -24,11 +24,8 @@ ConsoleStation::ConsoleStation(Station station, RadioPrinter& printer)
       window_(station_, objects_, *this,
               {.Repaint = {},
                .Closed = {},
-               .Transmitted = [this](auto frequency, auto text) { OnTransmitted(frequency, text); },
-               .Heard =
-                   [this](auto name, auto text) {
-                       if (printsPilots_) PrintPilot(name, text);
-                   }}) {
+               .Transmitted = [this](auto frequency, auto text) { PrintController(frequency, text); },
+               .Heard = [this](auto name, auto text) { PrintPilot(name, text); }}) {
     printer_.SetFrequencyWidth(std::max({RadioPrinter::PartyLine.size(), station_.GroundFrequency.size(),
                                          station_.TowerFrequency.size(), station_.ApproachFrequency.size()}));
 }
@@ -75,22 +72,21 @@ void ConsoleStation::NotePilotsUnderService() {
 
 // ---- What is shown
 
-const PlayerRecord* ConsoleStation::RecordOf(std::string_view name) const {
+/// Empty for somebody without a record.
+std::string_view ConsoleStation::FrequencyOf(std::string_view name) const {
     const auto players = station_.Players.Valid();
     const auto found =
         std::find_if(players.begin(), players.end(), [&](const auto& record) { return record.Name == name; });
-    return found == players.end() ? nullptr : &*found;
+    return found == players.end() ? std::string_view() : found->TunedFrequency;
 }
 
-void ConsoleStation::OnTransmitted(std::string_view frequency, std::string_view text) {
+void ConsoleStation::PrintController(std::string_view frequency, std::string_view text) {
     ++textsSent_;
-    const PlayerRecord* listener = RecordOf(listener_);
-    printer_.Controller(now_, frequency, text, listener != nullptr && listener->TunedFrequency == frequency);
+    printer_.Controller(now_, frequency, text);
 }
 
 void ConsoleStation::PrintPilot(std::string_view name, std::string_view text) {
-    const PlayerRecord* pilot = RecordOf(name);
-    printer_.Pilot(now_, pilot == nullptr ? std::string_view() : pilot->TunedFrequency, name, text);
+    printer_.Pilot(now_, FrequencyOf(name), name, text);
 }
 
 void ConsoleStation::PrintOpening() {
@@ -101,7 +97,7 @@ void ConsoleStation::PrintOpening() {
 void ConsoleStation::PrintTotals() {
     if (totalsPrinted_) return;
     totalsPrinted_ = true;
-    Note(fmt::format("The session is left. Pilots served: {}, texts sent: {}.", PilotsServed(), TextsSent()));
+    Note(fmt::format("The session is left. Pilots served: {}, texts sent: {}.", served_.size(), textsSent_));
 }
 
 void ConsoleStation::ShowBox(BoxIcon /*icon*/, std::string_view text) { Note(text); }

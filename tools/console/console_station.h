@@ -14,8 +14,9 @@
 
 namespace corvenna {
 
-/// A station in a terminal: its window with the three timers on a clock that is handed in, what it sends on a
-/// printer, and what it has done in all. How it gets into its session is for its owner. One thread.
+/// A station in a terminal: its window with the three timers on a clock that is handed in, what it sends and
+/// what pilots say on a printer, and what it has done in all. How it gets into its session is for its owner.
+/// One thread.
 class ConsoleStation final : public OperatorDesk {
   public:
     /// station: with the fields of its airport filled. The printer must outlive this.
@@ -28,12 +29,6 @@ class ConsoleStation final : public OperatorDesk {
     const Station& TheStation() const { return station_; }
     SessionObjects& Objects() { return objects_; }
     const SessionObjects& Objects() const { return objects_; }
-
-    /// Whose frequency is marked in the print. Nobody's at first.
-    void ListenAs(std::string callsign) { listener_ = std::move(callsign); }
-
-    /// Also prints what pilots say in the chat, as the session brings it.
-    void PrintPilots() { printsPilots_ = true; }
 
     /// The time from which on things are printed.
     void SetTime(std::chrono::milliseconds now) { now_ = now; }
@@ -57,25 +52,20 @@ class ConsoleStation final : public OperatorDesk {
     bool IsOpen() const { return window_.Loaded(); }
 
     void Note(std::string_view text) { printer_.Note(now_, text); }
-    void PrintPilot(std::string_view name, std::string_view text);
     void PrintOpening();
     void PrintTotals();  ///< what was done in all; the second call does nothing
-
-    std::size_t PilotsServed() const { return served_.size(); }
-    std::size_t TextsSent() const { return textsSent_; }
 
     void ShowBox(BoxIcon icon, std::string_view text) override;
 
   private:
     std::vector<StationTimer> Timers();
     void NotePilotsUnderService();
-    const PlayerRecord* RecordOf(std::string_view name) const;
-    void OnTransmitted(std::string_view frequency, std::string_view text);
+    std::string_view FrequencyOf(std::string_view name) const;
+    void PrintController(std::string_view frequency, std::string_view text);
+    void PrintPilot(std::string_view name, std::string_view text);
 
     RadioPrinter& printer_;
     std::chrono::milliseconds now_{0};
-    std::string listener_;
-    bool printsPilots_ = false;
     std::set<std::string, std::less<>> served_;
     std::size_t textsSent_ = 0;
     bool totalsPrinted_ = false;

@@ -11,13 +11,9 @@ namespace corvenna {
 namespace {
 
 constexpr std::string_view Plain;
-constexpr std::string_view Bold = "\x1b[1m";
 constexpr std::string_view Cyan = "\x1b[36m";
 constexpr std::string_view Dim = "\x1b[2m";
 constexpr std::string_view Reset = "\x1b[0m";
-
-constexpr char ForYouMark = '*';
-constexpr char NoMark = ' ';
 
 std::string Clock(std::chrono::milliseconds time) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
@@ -38,25 +34,21 @@ std::string Printable(std::string_view text) {
 }
 
 void RadioPrinter::Controller(std::chrono::milliseconds time, std::string_view frequency,
-                              std::string_view text, bool forYou) {
-    Print(time, forYou ? ForYouMark : NoMark, frequency.empty() ? PartyLine : frequency, text,
-          forYou ? Bold : Plain);
+                              std::string_view text) {
+    Print(time, frequency.empty() ? PartyLine : frequency, text, Plain);
 }
 
 void RadioPrinter::Pilot(std::chrono::milliseconds time, std::string_view frequency,
                          std::string_view callsign, std::string_view text) {
-    Print(time, NoMark, frequency.empty() ? PartyLine : frequency, fmt::format("{}: {}", callsign, text),
-          Cyan);
+    Print(time, frequency.empty() ? PartyLine : frequency, fmt::format("{}: {}", callsign, text), Cyan);
 }
 
-void RadioPrinter::Note(std::chrono::milliseconds time, std::string_view text) {
-    Print(time, NoMark, "", text, Dim);
-}
+void RadioPrinter::Note(std::chrono::milliseconds time, std::string_view text) { Print(time, "", text, Dim); }
 
-void RadioPrinter::Print(std::chrono::milliseconds time, char mark, std::string_view frequency,
-                         std::string_view text, std::string_view colour) {
-    const std::string line = fmt::format("{} {} {:<{}}  {}", Clock(time), mark, Printable(frequency),
-                                         frequencyWidth_, Printable(text));
+void RadioPrinter::Print(std::chrono::milliseconds time, std::string_view frequency, std::string_view text,
+                         std::string_view colour) {
+    const std::string line =
+        fmt::format("{}  {:<{}}  {}", Clock(time), Printable(frequency), frequencyWidth_, Printable(text));
     if (colour_ && !colour.empty()) {
         out_ << colour << line << Reset << '\n';
     } else {

@@ -24,9 +24,8 @@ class RadioPrinter {
     /// How much room the longest of the frequency labels takes.
     void SetFrequencyWidth(std::size_t width) { frequencyWidth_ = width; }
 
-    /// A text of the controller's; forYou marks what the person at the keyboard hears.
-    void Controller(std::chrono::milliseconds time, std::string_view frequency, std::string_view text,
-                    bool forYou);
+    /// A text of the controller's.
+    void Controller(std::chrono::milliseconds time, std::string_view frequency, std::string_view text);
 
     /// What a pilot typed.
     void Pilot(std::chrono::milliseconds time, std::string_view frequency, std::string_view callsign,
@@ -36,7 +35,7 @@ class RadioPrinter {
     void Note(std::chrono::milliseconds time, std::string_view text);
 
   private:
-    void Print(std::chrono::milliseconds time, char mark, std::string_view frequency, std::string_view text,
+    void Print(std::chrono::milliseconds time, std::string_view frequency, std::string_view text,
                std::string_view colour);
 
     std::ostream& out_;

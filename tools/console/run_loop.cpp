@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "tools/console/session_console.h"
+
 namespace corvenna {
 
 namespace {
@@ -22,23 +24,23 @@ TerminalInput FasterTerminal::Wait(std::chrono::milliseconds atMost) {
     return terminal_.Wait((atMost + std::chrono::milliseconds(speed_ - 1)) / speed_);
 }
 
-void RunConsole(ConsoleProgram& program, Terminal& terminal,
+void RunConsole(SessionConsole& console, Terminal& terminal,
                 std::optional<std::chrono::milliseconds> length) {
-    while (!program.Over()) {
+    while (!console.Over()) {
         auto now = terminal.Now();
         if (length) now = std::min(now, *length);
-        program.Step(now);
-        if (program.Over() || (length && now >= *length)) break;
+        console.Step(now);
+        if (console.Over() || (length && now >= *length)) break;
 
-        const auto due = length ? std::min(program.NextDue(), *length) : program.NextDue();
+        const auto due = length ? std::min(console.NextDue(), *length) : console.NextDue();
         const TerminalInput input =
             terminal.Wait(std::max(due - terminal.Now(), std::chrono::milliseconds(0)));
         for (const std::string& line : input.Lines) {
-            if (const std::string_view text = WithoutBlanks(line); !text.empty()) program.Type(text);
+            if (const std::string_view text = WithoutBlanks(line); !text.empty()) console.Type(text);
         }
-        if (input.StopAsked || (input.EndOfInput && !length && program.EndsWithInput())) break;
+        if (input.StopAsked) break;
     }
-    program.Leave();
+    console.Leave();
 }
 
 }  // namespace corvenna

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/console/console_program.h"
-
 namespace corvenna {
+
+class SessionConsole;
 
 /// What came from outside during a wait.
 struct TerminalInput {
@@ -42,9 +42,9 @@ class FasterTerminal final : public Terminal {
     int speed_;
 };
 
-/// Runs a program until its time is over, the person asks for its end, or it ends by itself; without a length
-/// also until the end of the input, if it is of no use without. It has left its session when this returns, or
+/// Runs a console that has joined its session until the length is over, the terminal asks for the end, or the
+/// session ends; it works without anybody at the keyboard. It has left the session when this returns, or
 /// throws.
-void RunConsole(ConsoleProgram& program, Terminal& terminal, std::optional<std::chrono::milliseconds> length);
+void RunConsole(SessionConsole& console, Terminal& terminal, std::optional<std::chrono::milliseconds> length);
 
 }  // namespace corvenna

@@ -27,7 +27,6 @@ SessionConsole::SessionConsole(Station station, SessionWish wish, SessionLayer l
           station_.TheStation(), station_.Objects(), station_,
           {.Repaint = [this] { PrintStatus(); }, .Connected = [this] { OnConnected(); }, .EndProgram = {}}) {
     station_.Objects().MakeRoot = std::move(layer);
-    station_.PrintPilots();
 }
 
 // ---- Joining

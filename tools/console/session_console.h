@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "link/joining.h"
-#include "tools/console/console_program.h"
 #include "tools/console/console_station.h"
 
 namespace corvenna {
@@ -20,8 +19,9 @@ struct SessionWish {
 };
 
 /// A station that joins somebody else's session and serves the pilots in it, in a terminal: the windows of
-/// the connection and of the station one after the other, as lines on a printer. One thread.
-class SessionConsole final : public ConsoleProgram {
+/// the connection and of the station one after the other, as lines on a printer. It has no clock and waits
+/// for none, except in Join: the time since the start is handed in. One thread.
+class SessionConsole {
   public:
     using SessionLayer = std::function<std::unique_ptr<SessionRoot>()>;
 
@@ -36,18 +36,22 @@ class SessionConsole final : public ConsoleProgram {
     /// The time from which on things are printed, for who waits in Join.
     void SetTime(std::chrono::milliseconds now) { station_.SetTime(now); }
 
-    /// Also throws SessionError when the host refuses the controller.
-    void Step(std::chrono::milliseconds now) override;
-    std::chrono::milliseconds NextDue() const override;
+    /// All that is to be done by this time. Throws SessionError when the host refuses the controller, and
+    /// what cannot be mended; by then it has left the session.
+    void Step(std::chrono::milliseconds now);
 
-    /// "start" and "stop" the monitoring of traffic, "close" the station.
-    void Type(std::string_view line) override;
+    /// When the next Step has something to do.
+    std::chrono::milliseconds NextDue() const;
 
-    /// A station works without anybody at its console.
-    bool EndsWithInput() const override { return false; }
+    /// A line that the operator typed, without blanks at its ends: "start" and "stop" the monitoring of
+    /// traffic, "close" the station.
+    void Type(std::string_view line);
 
-    void Leave() override;
-    bool Over() const override { return stage_ == Stage::Gone; }
+    /// Leaves the session properly and says so. The second call does nothing.
+    void Leave();
+
+    /// Whether it has ended, by Leave or by what happened in the session.
+    bool Over() const { return stage_ == Stage::Gone; }
 
     /// Whether the controller was ever let in.
     bool Admitted() const { return admitted_; }

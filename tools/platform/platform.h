@@ -51,6 +51,9 @@ bool InputIsTerminal();
 /// From now on nothing comes from standard input here: a program that was started has it alone.
 void LeaveInputToOthers();
 
+/// From now on this program may have as many files and sockets open as the system lets it.
+void AllowManyOpenFiles();
+
 /// Whether somebody sees standard error at once, so that progress is worth showing.
 bool ErrorOutputIsTerminal();
 

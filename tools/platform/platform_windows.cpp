@@ -78,6 +78,9 @@ void LeaveInputToOthers() {
     SetStdHandle(STD_INPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdin))));
 }
 
+/// The system counts only files of the C library, and has no limit for sockets.
+void AllowManyOpenFiles() {}
+
 bool ErrorOutputIsTerminal() { return IsConsole(STD_ERROR_HANDLE); }
 
 std::filesystem::path CacheFolder() {

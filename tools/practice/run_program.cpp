@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 #include "practice/practice_folder.h"
-#include "practice/practice_host.h"
 #include "practice/simulator_peer.h"
 #include "station/code_page.h"
 #include "tools/platform/platform.h"
@@ -17,12 +16,13 @@ namespace corvenna {
 namespace {
 
 constexpr std::string_view SessionName = "Corvenna Practice";
+constexpr std::string_view HostName = "Practice_Host";
 constexpr int BesidesThePilots = 10;  // host, controller, people who sit in, one who looks for the airport
 
 /// What a simulator that only hosts is.
 SimulatorPeer MakeHost(const DirectPlayOptions& options) {
     return SimulatorPeer(std::make_unique<DirectPlaySession>(options),
-                         {.Name = std::string(PracticeHostName), .Observer = true, .Where = {}});
+                         {.Name = std::string(HostName), .Observer = true, .Where = {}});
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "station/text.h"
 #include "tools/console/session_name.h"
 #include "tools/practice/fly_program.h"
+#include "tools/practice/welcome_listener.h"
 
 namespace corvenna {
 
@@ -26,6 +27,7 @@ using namespace std::chrono_literals;
 
 constexpr auto StepInterval = 100ms;
 constexpr auto Patience = 15s;     // how long a script waits for a text before it goes on
+constexpr auto WelcomeTime = 45s;  // how long it waits for a controller to say welcome
 constexpr auto ThinkingTime = 1s;  // from hearing a text to a script's answer
 constexpr std::string_view WaitCommand = "wait ";
 
@@ -48,12 +50,10 @@ class Seat {
           name_(NameInSession(options.Name, "your callsign")),
           peer_(MakeParticipant(reach_), {.Name = name_, .Aircraft = "Cessna Skylane 182S", .Where = {}},
                 Events()) {
-        if (!options.Access.Airport.empty()) {
-            Station station;
-            SelectByName(station, options.Access.App, Utf8ToCodePage(options.Access.Airport));
-            TakePlace(station);
-        }
+        if (!options_.Access.Airport.empty()) TakePlaceAt(Utf8ToCodePage(options_.Access.Airport));
         peer_.Join(FindSession(peer_.Dp()));
+        if (!aircraft_)
+            Print("Waiting for a controller's welcome, which brings you to a gate of his airport.");
     }
 
     void Run() {
@@ -95,18 +95,26 @@ class Seat {
 
     void OnText(std::string_view from, std::string_view text) {
         Print(fmt::format("{}> {}", from, text));
-        if (!IsAddressedTo(text, name_)) return;
-        standing_ = text;
-        heardAt_ = now_;
-        const auto airport = AirportOfWelcome(text);
-        if (aircraft_ || !airport) return;
-        Station station;
-        SelectByWelcome(station, options_.Access.App, *airport);
-        TakePlace(station);
+        if (IsAddressedTo(text, name_)) {
+            standing_ = text;
+            heardAt_ = now_;
+        }
+        if (options_.Access.Airport.empty() && controller_.Hears(peer_.Dp(), from, text)) GoToController();
     }
 
-    void TakePlace(const Station& station) {
-        aircraft_.emplace(std::make_shared<AirportChart>(station), Utf8ToCodePage(options_.Spot));
+    void GoToController() {
+        const auto label = LabelOfWelcome(options_.Access.App, controller_.Airport());
+        if (label) return TakePlaceAt(*label);
+        Print(fmt::format("There is no {} in the airport database: you have no aircraft there.",
+                          controller_.Airport()));
+    }
+
+    /// The spot that was asked for is one of the first airport.
+    void TakePlaceAt(const std::string& codeOrLabel) {
+        Station station;
+        SelectByName(station, options_.Access.App, codeOrLabel);
+        const std::string spot = aircraft_ ? "" : Utf8ToCodePage(options_.Spot);
+        aircraft_.emplace(std::make_shared<AirportChart>(station), spot);
         peer_.MoveTo(aircraft_->Aircraft());
         Print(fmt::format("You are {} at {} ({}). Type help for what you can do.", name_, station.AirportName,
                           station.AirportCode));
@@ -119,7 +127,7 @@ class Seat {
         if (lines_.empty() || quit_ || now_ < waitUntil_) return false;
         if (peer_.InStage() != SimulatorPeer::Stage::Flying) return false;
         if (!options_.Scripted) return true;
-        if (!aircraft_) return now_ - lastLine_ >= Patience + WelcomeTime;
+        if (!aircraft_) return now_ - lastLine_ >= WelcomeTime;
         if (IsOwnCommand(lines_.front())) return true;
         if (now_ - std::max(lastLine_, heardAt_) >= Patience) return true;
         return now_ - heardAt_ >= ThinkingTime && IsOffered(Trim(lines_.front()));
@@ -186,6 +194,7 @@ class Seat {
     DirectPlayOptions reach_;
     std::string name_;
     std::chrono::milliseconds now_{0};
+    HeardController controller_;
     std::optional<HandFlown> aircraft_;  ///< none before the airport is known
     std::string standing_;               ///< the last text meant for him, until he has answered it
     std::chrono::milliseconds heardAt_{0};

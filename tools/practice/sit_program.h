@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <string>
 
+#include "tools/console/run_loop.h"
 #include "tools/practice/session_access.h"
 
 namespace corvenna {

@@ -149,7 +149,10 @@ void Replay::WriteFailed(std::string_view handler, std::string_view what) {
 void Replay::Write(std::string_view kind, Json value) {
     Json line = Json::object();
     line[std::string(kind)] = std::move(value);
-    output_ << line.dump() << '\n';
+    // Escaped beyond ASCII, since some of those characters (U+0085) end a line for many a reader.
+    constexpr int OneLine = -1;
+    constexpr bool AsciiOnly = true;
+    output_ << line.dump(OneLine, ' ', AsciiOnly) << '\n';
 }
 
 }  // namespace corvenna

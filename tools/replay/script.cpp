@@ -17,6 +17,16 @@ namespace {
 
 using Action = std::function<void(Replay&)>;
 
+/// Does something with one member of a line. What it finds wrong is told with the member's name.
+template <class Body>
+auto InMember(std::string_view name, Body body) {
+    try {
+        return body();
+    } catch (const FieldError& error) {
+        throw FieldError(fmt::format("\"{}\": {}", name, error.what()));
+    }
+}
+
 /// The members of one line, each to be taken once. What is left over is an unknown field.
 class ScriptLine {
   public:
@@ -59,13 +69,11 @@ class ScriptLine {
   private:
     template <class Value>
     static Value Convert(const char* key, const Json& json) {
-        try {
+        return InMember(key, [&json] {
             Value value{};
             FromJson(json, value);
             return value;
-        } catch (const FieldError& error) {
-            throw FieldError(fmt::format("\"{}\": {}", key, error.what()));
-        }
+        });
     }
 
     const Json& members_;
@@ -105,8 +113,8 @@ void ApplyAirport(Station& station, const Json& members) {
     std::fill(station.MagVarGrid.begin(), station.MagVarGrid.end(), std::int16_t{0});
 
     for (const auto& [name, value] : members.items()) {
-        try {
-            if (name == "do") continue;
+        if (name == "do") continue;
+        InMember(name, [&] {
             if (name == "Mountains") {
                 MountainsFromJson(value, station);
             } else if (name == "MagVarGrid") {
@@ -116,9 +124,7 @@ void ApplyAirport(Station& station, const Json& members) {
             } else if (!SetStationField(station, name, value)) {
                 throw FieldError("there is no such field of the station");
             }
-        } catch (const FieldError& error) {
-            throw FieldError(fmt::format("\"{}\": {}", name, error.what()));
-        }
+        });
     }
 }
 
@@ -200,11 +206,9 @@ Action MakeChat(ScriptLine& line) {
 
 void SetFields(PlayerRecord& pilot, const Json& fields) {
     for (const auto& [name, value] : fields.items()) {
-        try {
+        InMember(name, [&] {
             if (!SetPlayerField(pilot, name, value)) throw FieldError("there is no such field of a pilot");
-        } catch (const FieldError& error) {
-            throw FieldError(fmt::format("\"{}\": {}", name, error.what()));
-        }
+        });
     }
 }
 
@@ -230,10 +234,12 @@ using Names = std::vector<std::string>;
 std::optional<Names> TakeNames(ScriptLine& line, const char* key) {
     const Json* list = line.Find(key);
     if (list == nullptr) return std::nullopt;
-    if (!list->is_array()) throw FieldError(fmt::format("\"{}\": a list of names is expected", key));
-    Names names;
-    for (const Json& name : *list) FromJson(name, names.emplace_back());
-    return names;
+    return InMember(key, [list] {
+        if (!list->is_array()) throw FieldError("a list of names is expected");
+        Names names;
+        for (const Json& name : *list) FromJson(name, names.emplace_back());
+        return names;
+    });
 }
 
 void ReplaceQueue(SpareList<std::string>& queue, const std::optional<Names>& names) {
@@ -284,8 +290,22 @@ constexpr Word Words[] = {
     {"dump", &MakeDump},         {"dump-station", &MakeDumpStation},
 };
 
+/// The line as JSON. The library counts lines of its own and would pass over all that follows a zero byte.
+Json ParseLine(const std::string& text) {
+    if (const auto zero = text.find('\0'); zero != std::string::npos) {
+        throw FieldError(fmt::format("byte {}: not JSON", zero + 1));
+    }
+    try {
+        return Json::parse(text);
+    } catch (const Json::parse_error& error) {
+        throw FieldError(fmt::format("byte {}: not JSON", error.byte));
+    } catch (const Json::out_of_range&) {
+        throw FieldError("a number is too large");
+    }
+}
+
 Action ReadAction(const std::string& text) {
-    const Json members = Json::parse(text);
+    const Json members = ParseLine(text);
     if (!members.is_object()) throw FieldError("a JSON object is expected");
     ScriptLine line(members);
     const auto wanted = line.Take<std::string>("do");
@@ -319,7 +339,7 @@ Script ReadScript(const std::filesystem::path& file) {
         if (IsBlankOrComment(text)) continue;
         try {
             script.Steps.push_back({lineNumber, ReadAction(text)});
-        } catch (const std::exception& error) {  // of the JSON, of a field, of a number that does not fit
+        } catch (const std::exception& error) {  // of a field, of a number that does not fit
             Fail(file, lineNumber, error.what());
         }
     }

@@ -4,8 +4,9 @@
 
 #include <map>
 
-#include "tools/console/practice_console.h"
+#include "support/scripted_session.h"
 #include "tools/console/practice_field.h"
+#include "tools/console/session_console.h"
 
 namespace corvenna {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::Contains;
 using testing::EndsWith;
-using testing::StartsWith;
+using testing::Not;
 
 /// A terminal whose clock goes forward by what it is asked to wait, and what happens at it at which time.
 class ScriptedTerminal final : public Terminal {
@@ -39,77 +40,86 @@ class ScriptedTerminal final : public Terminal {
     std::chrono::milliseconds now_{0};
 };
 
+/// A console that waits for a host who never admits it, and looks each second whether he has.
 class RunLoopTest : public testing::Test {
   protected:
-    void Run(std::optional<std::chrono::milliseconds> length) { RunConsole(Practice, Screen, length); }
+    RunLoopTest() {
+        Script.Sessions.resize(1);
+        Console.Join();
+    }
 
+    void Run(std::optional<std::chrono::milliseconds> length) { RunConsole(Console, Screen, length); }
+
+    SessionScript Script;
     std::ostringstream Out;
     RadioPrinter Printer{Out, false};
-    PracticeConsole Practice{
-        PracticeField("KSEA"), {.Controller = "", .Person = "YOU1", .Pilots = 1}, Printer};
+    SessionConsole Console{
+        PracticeField("KSEA"), {}, [this] { return std::make_unique<ScriptedRoot>(Script); }, Printer};
     ScriptedTerminal Screen;
 };
 
 const TerminalInput EndOfInput{{}, true, false};
 const TerminalInput Stop{{}, false, true};
+constexpr const char* IsLeft = "The session is left; the controller was not admitted.";
 
-TEST_F(RunLoopTest, AtTheEndOfTheInputItLeaves) {
-    Screen.Script[5000ms] = EndOfInput;
+TEST_F(RunLoopTest, WithoutALengthItRunsUntilItIsStopped) {
+    Screen.Script[5000ms] = Stop;
     Run({});
     EXPECT_EQ(Screen.Now(), 5000ms);
-    EXPECT_TRUE(Practice.Over());
-    EXPECT_THAT(LinesOf(Out).back(), StartsWith("00:04          The session is left."));
+    EXPECT_TRUE(Console.Over());
+    EXPECT_THAT(LinesOf(Out).back(), EndsWith(IsLeft));
 }
 
-TEST_F(RunLoopTest, WithALengthTheEndOfTheInputDoesNotMatter) {
+TEST_F(RunLoopTest, TheEndOfTheInputDoesNotMatter) {
     Screen.Script[0ms] = EndOfInput;
-    Run(60000ms);
+    Screen.Script[60000ms] = Stop;
+    Run({});
     EXPECT_EQ(Screen.Now(), 60000ms);
-    EXPECT_TRUE(Practice.Over());
-    EXPECT_THAT(LinesOf(Out).back(), StartsWith("01:00          The session is left. Pilots served: 1"));
 }
 
-TEST_F(RunLoopTest, AStopEndsItWithOrWithoutALength) {
+TEST_F(RunLoopTest, AStopEndsItBeforeTheLength) {
     Screen.Script[5000ms] = Stop;
     Run(60000ms);
     EXPECT_EQ(Screen.Now(), 5000ms);
-    EXPECT_TRUE(Practice.Over());
+    EXPECT_TRUE(Console.Over());
+}
+
+TEST_F(RunLoopTest, WithALengthItLeavesAtItsEnd) {
+    Run(10500ms);
+    EXPECT_EQ(Screen.Now(), 10500ms);
+    EXPECT_THAT(LinesOf(Out).back(), EndsWith(IsLeft));
+    EXPECT_THAT(Script.Calls, Contains("Close"));
 }
 
 TEST_F(RunLoopTest, NoLengthAtAllEndsAtOnce) {
     Run(0ms);
     EXPECT_EQ(Screen.Waits, 0);
-    EXPECT_TRUE(Practice.Over());
-}
-
-TEST_F(RunLoopTest, ALengthBetweenTwoTimersIsKept) {
-    Run(1050ms);
-    EXPECT_EQ(Screen.Now(), 1050ms);
+    EXPECT_TRUE(Console.Over());
 }
 
 TEST_F(RunLoopTest, ItWaitsFromTimerToTimer) {
     Run(10000ms);
-    EXPECT_EQ(Screen.Waits, 100);
+    EXPECT_EQ(Screen.Waits, 10);
 }
 
-TEST_F(RunLoopTest, TypedLinesAreSaidWithoutTheirBlanks) {
-    Screen.Script[2000ms] = {{"", "  ", " KSEA,1\r"}, false, false};
-    Run(10000ms);
-    EXPECT_THAT(LinesOf(Out), Contains(EndsWith("YOU1: KSEA,1")));
-    EXPECT_EQ(Out.str().find("YOU1: \n"), std::string::npos);
+TEST_F(RunLoopTest, TypedLinesComeWithoutTheirBlanks) {
+    Screen.Script[2000ms] = {{"", "  ", " close\r"}, false, false};
+    Run({});
+    EXPECT_EQ(Screen.Now(), 2000ms);
+    EXPECT_THAT(LinesOf(Out), Not(Contains(EndsWith("\"close\" gives up."))));
 }
 
-TEST_F(RunLoopTest, LinesThatComeWithTheEndOfTheInputAreKeptWhenItGoesOn) {
-    Screen.Script[0ms] = {{"KSEA,1"}, true, false};
-    Run(10000ms);
-    EXPECT_THAT(LinesOf(Out), Contains(EndsWith("YOU1: KSEA,1")));
+TEST_F(RunLoopTest, LinesThatComeWithTheEndOfTheInputAreKept) {
+    Screen.Script[0ms] = {{"close"}, true, false};
+    Run({});
+    EXPECT_TRUE(Console.Over());
 }
 
 TEST_F(RunLoopTest, OnAFasterTerminalAllTimeRunsFaster) {
     FasterTerminal faster(Screen, 20);
-    RunConsole(Practice, faster, 60000ms);
+    RunConsole(Console, faster, 60000ms);
     EXPECT_EQ(Screen.Now(), 3000ms);
-    EXPECT_THAT(LinesOf(Out).back(), StartsWith("01:00          The session is left. Pilots served: 1"));
+    EXPECT_EQ(Screen.Waits, 60);
 }
 
 TEST_F(RunLoopTest, AFasterTerminalIsNotWokenTooEarly) {

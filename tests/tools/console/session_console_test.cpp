@@ -167,7 +167,7 @@ TEST_F(InASession, TheWindowsAreLines) {
     Serves();
     std::string shown;
     for (const std::string& line : Lines()) {
-        if (line.find("Resen") == std::string::npos) shown += line.substr(15) + "\n";
+        if (line.find("Resen") == std::string::npos) shown += line.substr(14) + "\n";
     }
     EXPECT_EQ(shown,
               "Status: Searching for FS Multiplayer Sessions\n"

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "support/has_form.h"
@@ -28,6 +29,13 @@ TEST(OutputTakesColour, NotWhenItIsNoTerminal) {
 
 TEST(ProgramFolder, HoldsTheProgram) {
     EXPECT_TRUE(std::filesystem::exists(ProgramFolder() / "platform_tests"));
+}
+
+TEST(AllowManyOpenFiles, RaisesTheLimitToTheHighest) {
+    AllowManyOpenFiles();
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_EQ(limit.rlim_cur, limit.rlim_max);
 }
 
 TEST(SystemVersion, NamesTheSystem) { EXPECT_THAT(SystemVersion(), HasForm("[A-Za-z]+ [0-9]+[.].*")); }

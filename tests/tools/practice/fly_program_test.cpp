@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "link/fs_messages.h"
 #include "tools/child_process.h"
@@ -16,9 +17,13 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 
-constexpr const char* Welcome =
-    ". Welcome to Corvenna v1.3 (by Dravik). Want to use our ATC services at Seattle-Tacoma Intl?: 1-Use ATC "
-    "services";
+std::string WelcomeAt(const std::string& airport, const std::string& callsign) {
+    return callsign + ". Welcome to Corvenna v1.3 (by Dravik). Want to use our ATC services at " + airport +
+           "?: 1-Use ATC services";
+}
+constexpr const char* Seattle = "Seattle-Tacoma Intl";
+constexpr const char* Innsbruck = "Innsbruck Kranebitten";
+constexpr const char* Listener = "Practice_Listener";
 
 std::vector<std::string> Fly(const std::string& address, const std::vector<std::string>& more = {}) {
     std::vector<std::string> command = {
@@ -33,7 +38,7 @@ TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
     LoopbackHost host(Address, 8, "KSEA_Controller");
     ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
     fly.WaitFor("N101CV is at the ramp", host.Stepper());
-    host.Peer.Say(std::string("N101CV") + Welcome);
+    host.Peer.Say(WelcomeAt(Seattle, "N101CV"));
     host.Until([&] { return !host.Said.empty(); });
     EXPECT_EQ(host.Said.front(), "N101CV: KSEA,1");
     fly.Signal(SIGTERM);
@@ -45,24 +50,128 @@ TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
     EXPECT_EQ(host.IdOf("N101CV"), 0);
 }
 
-TEST(FlyProgramTest, TheAirportIsThatOfTheWelcome) {
+// ---- Where the controller is
+
+/// Somebody who says welcome in the session of a host.
+class Controller {
+  public:
+    Controller(LoopbackHost& host, const std::string& name, const std::string& airport)
+        : host_(host), airport_(airport), id_(host.Peer.Dp().CreatePlayer(name, "Player")) {}
+    ~Controller() { host_.Peer.Dp().DestroyPlayer(id_); }
+    Controller(const Controller&) = delete;
+    Controller& operator=(const Controller&) = delete;
+
+    void Welcomes(const std::string& callsign) {
+        host_.Peer.Dp().Send(id_, host_.IdOf(callsign), WriteChat(WelcomeAt(airport_, callsign)));
+    }
+
+  private:
+    LoopbackHost& host_;
+    std::string airport_;
+    std::int32_t id_;
+};
+
+TEST(FlyProgramTest, PilotsFollowTheControllerToAnotherAirport) {
     constexpr const char* Address = "127.0.21.2";
-    LoopbackHost host(Address, 8, "Tower");
-    ChildProcess fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
-    bool welcomed = false;
-    fly.WaitFor("N101CV is at the ramp", [&] {
-        host.Step();
-        if (!welcomed && host.IdOf("Practice_Listener") != 0) {
-            host.Peer.Say(
-                "Practice_Listener. Want to use our ATC services at Innsbruck Kranebitten?: 1-Use ATC "
-                "services");
-            welcomed = true;
-        }
-    });
+    LoopbackHost host(Address, 8);
+    ChildProcess fly(Fly(Address, {"--pilots", "1"}));
+    fly.WaitFor("waiting for a controller's welcome", host.Stepper());
+    host.Until([&] { return host.IdOf(Listener) != 0; });
+    {
+        Controller controller(host, "KSEA_Controller", Seattle);
+        controller.Welcomes(Listener);
+        fly.WaitFor("the controller is at Seattle-Tacoma Intl (KSEA)", host.Stepper());
+        fly.WaitFor("N101CV is at the ramp", host.Stepper());
+    }
+    Controller next(host, "LOWI_Controller", Innsbruck);
+    next.Welcomes(Listener);
+    fly.WaitFor("(KSEA): 1 pilot came", host.Stepper());
+    fly.WaitFor("the controller is at Innsbruck Kranebitten (LOWI)", host.Stepper());
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
     fly.Signal(SIGTERM);
     EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
     EXPECT_THAT(fly.Output(), HasSubstr("(LOWI): 1 pilot came"));
+    EXPECT_EQ(host.IdOf(Listener), 0);
 }
+
+TEST(FlyProgramTest, AnAirportThatTheDatabaseLacksIsNamedAndTheNextOneWaitedFor) {
+    constexpr const char* Address = "127.0.21.12";
+    LoopbackHost host(Address, 8);
+    ChildProcess fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
+    fly.WaitFor("waiting for a controller's welcome", host.Stepper());
+    host.Until([&] { return host.IdOf(Listener) != 0; });
+    {
+        Controller controller(host, "XXXX_Controller", "Nowhere Municipal");
+        controller.Welcomes(Listener);
+        fly.WaitFor("there is no Nowhere Municipal in the airport database of " + PracticeApp().string(),
+                    host.Stepper());
+    }
+    Controller next(host, "KSEA_Controller", Seattle);
+    next.Welcomes(Listener);
+    fly.WaitFor("N101CV is at the ramp", host.Stepper());
+    fly.Signal(SIGTERM);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+}
+
+TEST(FlyProgramTest, WhoIsAskedToEndBeforeAControllerHasComeLeavesTidily) {
+    constexpr const char* Address = "127.0.21.13";
+    LoopbackHost host(Address, 8);
+    ChildProcess fly(Fly(Address));
+    fly.WaitFor("waiting for a controller's welcome", host.Stepper());
+    fly.Signal(SIGINT);
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
+    EXPECT_THAT(fly.Output(), HasSubstr("no controller has come"));
+    EXPECT_EQ(host.IdOf(Listener), 0);
+}
+
+TEST(FlyProgramTest, TheMinutesOverBeforeAControllerHasComeItHasFailed) {
+    constexpr const char* Address = "127.0.21.14";
+    LoopbackHost host(Address, 8);
+    ChildProcess fly(Fly(Address, {"--speed", "60", "--minutes", "0.005"}));
+    EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
+    EXPECT_THAT(fly.Output(),
+                HasSubstr("no controller in the session at 127.0.21.14 has said welcome; name his airport"));
+}
+
+/// A terminal with a clock of its own, on which a session's host is moved in each wait.
+class HostingTerminal final : public Terminal {
+  public:
+    explicit HostingTerminal(std::function<bool(std::chrono::milliseconds now)> goesOn)
+        : goesOn_(std::move(goesOn)) {}
+
+    std::chrono::milliseconds Now() override { return now_; }
+    TerminalInput Wait(std::chrono::milliseconds atMost) override {
+        now_ += atMost;
+        return {{}, false, !goesOn_(now_)};
+    }
+
+  private:
+    std::function<bool(std::chrono::milliseconds now)> goesOn_;
+    std::chrono::milliseconds now_{0};
+};
+
+TEST(FlyProgramTest, AControllerIsWaitedForAnHourIfNeedBe) {
+    constexpr const char* Address = "127.0.21.15";
+    LoopbackHost host(Address, 8, "KSEA_Controller");
+    FlyOptions options;
+    options.Access = {Address, "", PracticeApp(), {}};
+    options.Access.Sockets.BindIp = OwnAddress(Address);
+    options.Traffic.Pilots = 1;
+    std::ostringstream out;
+    bool welcomed = false;
+    HostingTerminal terminal([&](std::chrono::milliseconds now) {
+        host.Step();
+        if (now > std::chrono::hours(1) && !welcomed) {
+            host.Peer.Say(WelcomeAt(Seattle, Listener));
+            welcomed = true;
+        }
+        return out.str().find("N101CV is at the ramp") == std::string::npos;
+    });
+    RunFly(options, terminal, out);
+    EXPECT_THAT(out.str(), HasSubstr("(KSEA): 1 pilot came"));
+}
+
+// ---- The end
 
 TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
     constexpr const char* Address = "127.0.21.3";
@@ -82,7 +191,7 @@ TEST(FlyProgramTest, WhenTheControllerLeavesPilotsGoOnAndSaySo) {
     ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
     fly.WaitFor("N101CV is at the ramp", host.Stepper());
     const std::int32_t station = host.Peer.Dp().CreatePlayer("KSEA_Controller", "Player");
-    host.Peer.Dp().Send(station, host.IdOf("N101CV"), WriteChat(std::string("N101CV") + Welcome));
+    host.Peer.Dp().Send(station, host.IdOf("N101CV"), WriteChat(WelcomeAt(Seattle, "N101CV")));
     host.Until([&] { return !host.Said.empty(); });
     host.Peer.Dp().DestroyPlayer(station);
     fly.WaitFor("N101CV goes on alone: the controller has left the session", host.Stepper());
@@ -106,7 +215,8 @@ TEST(FlyProgramTest, AFullSession) {
     LoopbackHost host(Address, 1);
     ChildProcess fly(Fly(Address, {"--airport", "KSEA"}));
     EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 1);
-    EXPECT_THAT(fly.Output(), HasSubstr("the session \"Test Session\" is full: 1 of 1 are in it"));
+    EXPECT_THAT(fly.Output(), HasSubstr("the session \"Test Session\" at 127.0.21.6:"));
+    EXPECT_THAT(fly.Output(), HasSubstr(" is full: 1 of 1 are in it"));
 }
 
 TEST(FlyProgramTest, ASessionWithRoomForSomeOnly) {

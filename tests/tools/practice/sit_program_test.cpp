@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "link/fs_messages.h"
 #include "tools/child_process.h"
 #include "tools/practice/loopback.h"
 
@@ -83,6 +84,25 @@ TEST(SitProgramTest, AnAirportThatIsGivenNeedsNoWelcome) {
     EXPECT_THAT(sit.Output(), HasSubstr("taxiing onto the runway and taking off"));
     EXPECT_THAT(sit.Output(), HasSubstr("you are on the ground; takeoff takes you into the air"));
     EXPECT_THAT(sit.Output(), HasSubstr("\"x\" is no number of seconds"));
+}
+
+TEST(SitProgramTest, WhereTheNextControllerIsOneStandsAtAGateAgain) {
+    constexpr const char* Address = "127.0.22.9";
+    LoopbackHost host(Address, 8);
+    ChildProcess sit(Sit(Address));
+    sit.WaitFor("Waiting for a controller's welcome", host.Stepper());
+    host.Until([&] { return host.IdOf("N1") != 0; });
+    Session& dp = host.Peer.Dp();
+    const std::int32_t first = dp.CreatePlayer("KSEA_Controller", "Player");
+    dp.Send(first, host.IdOf("N1"), WriteChat(Welcome));
+    sit.WaitFor("You are N1 at Seattle-Tacoma Intl (KSEA).", host.Stepper());
+    dp.DestroyPlayer(first);
+    const std::int32_t next = dp.CreatePlayer("LOWI_Controller", "Player");
+    dp.Send(next, host.IdOf("N1"),
+            WriteChat("N1. Want to use our ATC services at Innsbruck Kranebitten?: 1-Use ATC services"));
+    sit.WaitFor("You are N1 at Innsbruck Kranebitten (LOWI).", host.Stepper());
+    sit.Type("quit");
+    EXPECT_EQ(sit.WaitForEnd(host.Stepper()), 0);
 }
 
 TEST(SitProgramTest, TheEndOfTheInputAndOfPatienceEndsIt) {

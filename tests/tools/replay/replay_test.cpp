@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -10,6 +11,7 @@
 namespace corvenna {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -77,7 +79,15 @@ TEST(Replay, AByteOfATextIsTheCharacterOfTheSameNumber) {
                R"({"do":"announce","id":2,"role":"player"})", R"({"do":"pump"})", R"({"do":"tick"})"}));
     const std::string output = script.Run();
     EXPECT_THAT(output, HasSubstr("4afc726780ff2e"));
-    EXPECT_THAT(output, HasSubstr("\"text\":\"J\u00fcrg\u0080\u00ff. Welcome"));
+    EXPECT_THAT(output, HasSubstr(R"("text":"J\u00fcrg\u0080\u00ff. Welcome)"));
+}
+
+TEST(Replay, NoCharacterOfATextEndsALineOfTheOutput) {
+    const std::string output = ScriptFile(Lines({R"({"do":"station","AirportName":"a\u0085b\nc\u001ed"})",
+                                                 R"({"do":"dump-station"})"}))
+                                   .Run();
+    EXPECT_THAT(output, StartsWith(R"({"station":{"AirportName":"a\u0085b\nc\u001ed",)"));
+    EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
 }
 
 TEST(Replay, BeforeTheFirstOpeningAndAfterTheClosingNothingHappens) {
@@ -147,6 +157,19 @@ TEST(ScriptErrors, NameFileLineAndReason) {
 
 TEST(ScriptErrors, OneWrongLineAndNothingIsDone) {
     EXPECT_THAT(ScriptFile(Lines({Open, R"({"do":"dump"})", "{"})).Error(), HasSubstr(".jsonl:3: "));
+}
+
+TEST(ScriptErrors, WhatIsNotJsonIsToldByItsByte) {
+    EXPECT_THAT(ErrorOf(R"({"do":"tick",})"), EndsWith(".jsonl:3: byte 14: not JSON"));
+    EXPECT_THAT(ErrorOf(R"({"do":"tick"} {"do":"tick"})"), EndsWith(".jsonl:3: byte 15: not JSON"));
+    EXPECT_THAT(ErrorOf("{\"do\":\"tick\"}" + std::string(1, '\0') + "x"),
+                EndsWith(".jsonl:3: byte 14: not JSON"));
+    EXPECT_THAT(ErrorOf(R"({"do":"tick","times":1e999})"), EndsWith(".jsonl:3: a number is too large"));
+}
+
+TEST(ScriptErrors, AQueueIsToldByItsName) {
+    EXPECT_THAT(ErrorOf(R"({"do":"queues","LandingQueue":[1]})"),
+                EndsWith(R"(.jsonl:3: "LandingQueue": a text is expected)"));
 }
 
 TEST(ScriptErrors, UnknownWordsAndFields) {

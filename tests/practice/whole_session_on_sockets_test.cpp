@@ -1,0 +1,36 @@
+#include <gtest/gtest.h>
+
+#include "practice/flown_transcript.h"
+#include "practice/socket_carrier.h"
+#include "practice/traffic_session.h"
+
+// The whole service once more, with everybody on sockets of his own.
+namespace corvenna {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(WholeSessionOnSockets, AVisualCircuitIsHeardWordByWord) {
+    ExpectTranscript("KSEA", 0, "visual_circuit.txt", std::make_unique<SocketCarrier>());
+}
+
+TEST(WholeSessionOnSockets, AnInstrumentFlightOutAndBackIsHeardWordByWord) {
+    ExpectTranscript("KSEA", 1, "instrument_round_trip.txt", std::make_unique<SocketCarrier>());
+}
+
+class NobodyIsStuckOnSockets : public testing::TestWithParam<const char*> {};
+
+TEST_P(NobodyIsStuckOnSockets, AfterAnHour) {
+    TrafficSession session(GetParam(), {.Pilots = 6}, 250ms, std::make_unique<SocketCarrier>());
+    session.RunFor(1h);
+    for (const PilotTrouble& trouble : session.Log.Troubles(session.Session.Now)) {
+        ADD_FAILURE() << trouble.Name << ": " << trouble.What;
+    }
+    EXPECT_GT(session.Completed, 1);
+    EXPECT_EQ(session.Lost, std::vector<std::string>());
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutATower, NobodyIsStuckOnSockets, testing::Values("KSEA", "KFHR"));
+
+}  // namespace
+}  // namespace corvenna
