@@ -88,6 +88,8 @@ std::string FlyingParty::Summary() const {
         totals.Vectors, totals.Handoffs, totals.Landings, totals.GoArounds, troubles.size());
     for (const PilotTrouble& trouble : troubles)
         text += fmt::format("  {}: {}\n", trouble.Name, trouble.What);
+    for (const PilotTrouble& trouble : log_.UnrulyTroubles(now_))
+        text += fmt::format("  {}, who is unruly: {}\n", trouble.Name, trouble.What);
     if (chart_->Taxiways().Empty())
         text += "the airport has no taxi network: pilots taxi in straight lines\n";
     if (controllerLeft_) {
