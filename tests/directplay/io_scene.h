@@ -1,13 +1,12 @@
 #pragma once
 
-#include <sys/resource.h>
-
 #include <asio.hpp>
 #include <functional>
 #include <vector>
 
 #include "directplay/raw_peer.h"
 #include "link/directplay/socket_options.h"
+#include "support/system_limits.h"
 
 namespace corvenna::directplay {
 
@@ -34,23 +33,6 @@ struct IoScene {
         Io.restart();
         Io.poll();
     }
-};
-
-/// While it lives no further descriptor can be had.
-class NoDescriptors {
-  public:
-    NoDescriptors() {
-        getrlimit(RLIMIT_NOFILE, &usual_);
-        rlimit none = usual_;
-        none.rlim_cur = 1;
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &usual_); }
-    NoDescriptors(const NoDescriptors&) = delete;
-    NoDescriptors& operator=(const NoDescriptors&) = delete;
-
-  private:
-    rlimit usual_{};
 };
 
 /// A whole frame of a sender who listens at a port.

@@ -295,7 +295,8 @@ TEST_F(Outbound, WithNothingToSendTheOtherSideMayBeSilentForever) {
 TEST_F(Outbound, WithoutADescriptorToSpareItConnectsLater) {
     Connection->Put(FrameOf(0));
     {
-        const NoDescriptors none;
+        const NothingMoreOpens none;
+        if (!none.Holds()) GTEST_SKIP() << NoSuchLimit;
         ServeWhatIsDue();
         EXPECT_FALSE(Told.Ended);
     }

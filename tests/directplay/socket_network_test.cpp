@@ -117,7 +117,7 @@ TEST_F(Sockets, AProbeReachesWhoListens) {
 TEST_F(Sockets, WithoutASocketToSpareNobodyIsTakenForGone) {
     RawPeer peer;
     std::optional<NothingMoreOpens> limit(std::in_place);
-    if (!limit->Holds()) GTEST_SKIP() << "this system does not limit the number of open sockets";
+    if (!limit->Holds()) GTEST_SKIP() << NoSuchLimit;
     Net->SendFrame(peer.Tcp(), std::make_shared<const Bytes>(Frame(2300, EncodeSystemMessage(YouAreDead{}))));
     Net->Probe(peer.Tcp());
     const auto lines = Events.Wait(1);

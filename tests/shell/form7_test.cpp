@@ -6,13 +6,11 @@
 
 #include "shell/shell_scene.h"
 #include "world/airport_database.h"
-#include "world/ordinary_user.h"
 
 namespace corvenna {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 const SeenBox WrongFolder{
     BoxIcon::Exclamation,
@@ -84,22 +82,6 @@ TEST(Form7, TheDriveListLeadsTheFolderList) {
     drive1.setCurrentIndex(0);
     emit drive1.activated(0);
     EXPECT_EQ(scene.Find<FolderList>("Form7", "Dir1").Path(), QDir::toNativeSeparators(drive1.Root()));
-}
-
-TEST(Form7, AReadOnlyFolderOfTheProgramIsToldAndEndsIt) {
-    PracticeSimFolder();  // made with the rights of whoever runs the test
-    ShellScene scene;
-    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms(0555));
-    {
-        const OrdinaryUser user;
-        scene.Starts();
-        scene.ChoosesSimFolder();
-    }
-    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms::owner_all);
-    ASSERT_EQ(scene.Person.Boxes.size(), 1U);
-    EXPECT_THAT(scene.Person.Boxes[0].Text, HasSubstr("Corvenna.cfg: can't be written"));
-    EXPECT_THAT(scene.App.Names(), ElementsAre(TerrainName));
-    EXPECT_EQ(scene.Program.Status(), 1);
 }
 
 TEST(Form7, ClosedItEndsTheProgram) {

@@ -7,7 +7,6 @@
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
 #include "world/airport_database.h"
-#include "world/ordinary_user.h"
 
 namespace corvenna {
 namespace {
@@ -110,20 +109,6 @@ TEST(ShellStart, ASecondCopyDuringAScanScansTooAndBothLeaveAWholeDatabase) {
     EXPECT_EQ(ReadConfig(first.App.Path()).AirportCount, airports);
     EXPECT_EQ(ReadDatabase(first.App.Path()).Count(), airports);
     EXPECT_EQ(second.Find<QComboBox>("Form2", "Combo1").count(), airports);
-}
-
-TEST(ShellStart, AReadOnlyFolderWithADatabaseIsEnough) {
-    ShellScene scene;
-    scene.HasDatabase();
-    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms(0555));
-    {
-        const OrdinaryUser user;
-        scene.Starts();
-        scene.Chooses(Seattle);
-    }
-    std::filesystem::permissions(scene.App.Path(), std::filesystem::perms::owner_all);
-    EXPECT_THAT(scene.Person.Boxes, IsEmpty());
-    EXPECT_THAT(scene.Open(), ElementsAre("Form3"));
 }
 
 // ---- From window to window

@@ -12,6 +12,9 @@ std::size_t HeapBytesInUse();
 /// allowed.
 bool MayOpen(std::size_t files);
 
+/// Why a test is skipped where NothingMoreOpens does not hold.
+inline constexpr const char* NoSuchLimit = "this system does not limit the number of open sockets";
+
 /// As long as it lives, this program can open no file and no socket beyond those that are open.
 class NothingMoreOpens {
   public:

@@ -41,7 +41,7 @@ TEST(InputFile, AMissingFileIsNamedWithTheReason) {
 
 TEST(InputFile, AFolderIsNoFile) {
     const TempFolder folder;
-    EXPECT_THAT(ErrorOf([&] { InputFile(folder.Path("")).ReadAll(10); }), EndsWith("directory"));
+    EXPECT_THAT(ErrorOf([&] { InputFile(folder.Path()).ReadAll(10); }), EndsWith("is a folder, not a file"));
 }
 
 TEST(InputFile, CompressedDataThatBreaksOffAnywhereIsToldAndNotTakenForTheEnd) {

@@ -14,7 +14,10 @@ namespace {
 /// No word of a test has a quotation mark in it or a backslash at its end.
 std::wstring CommandLineOf(const std::vector<std::string>& command) {
     std::wstring line;
-    for (const std::string& word : command) line += L'"' + std::filesystem::path(word).wstring() + L"\" ";
+    for (const std::string& word : command) {
+        const std::u8string utf8(word.begin(), word.end());
+        line += L'"' + std::filesystem::path(utf8).wstring() + L"\" ";
+    }
     return line;
 }
 

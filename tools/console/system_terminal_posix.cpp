@@ -50,7 +50,10 @@ SystemTerminal::SystemTerminal() : platform_(std::make_unique<Platform>()) {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+/// A wish to end that nobody has looked at would end the program now, while it ends properly.
 SystemTerminal::~SystemTerminal() {
+    signalfd_siginfo signal;
+    while (read(platform_->Signals, &signal, sizeof signal) > 0) continue;
     close(platform_->Signals);
     sigprocmask(SIG_SETMASK, &platform_->MaskBefore, nullptr);
 }

@@ -28,7 +28,7 @@ std::optional<int> Corner(std::string_view text, char positive, char negative, i
 }  // namespace
 
 RawGridForm HgtForm(const std::string& path, std::size_t bytes) {
-    const std::string_view name = std::string_view(path).substr(path.find_last_of('/') + 1);
+    const std::string_view name = std::string_view(path).substr(path.find_last_of("/\\") + 1);
     constexpr std::size_t CornerLength = 7;
     const auto south = name.size() < CornerLength ? std::nullopt : Corner(name.substr(0, 3), 'N', 'S', 90);
     const auto west = name.size() < CornerLength ? std::nullopt : Corner(name.substr(3, 4), 'E', 'W', 180);

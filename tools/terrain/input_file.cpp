@@ -6,15 +6,25 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "station/text.h"
 #include "world/errors.h"
+#include "world/files.h"
 
 namespace corvenna {
 
 namespace {
 
 gzFile Handle(void* file) { return static_cast<gzFile>(file); }
+
+gzFile Open(const std::string& path) {
+#ifdef _WIN32
+    return gzopen_w(PathOf(path).c_str(), "rb");
+#else
+    return gzopen(path.c_str(), "rb");
+#endif
+}
 
 std::string FailureOf(gzFile file) {
     int code = Z_OK;
@@ -28,7 +38,11 @@ std::string FailureOf(gzFile file) {
 
 void InputFile::Closer::operator()(void* file) const { gzclose(Handle(file)); }
 
-InputFile::InputFile(std::string path) : path_(std::move(path)), file_(gzopen(path_.c_str(), "rb")) {
+InputFile::InputFile(std::string path) : path_(std::move(path)) {
+    if (std::error_code ignored; std::filesystem::is_directory(PathOf(path_), ignored)) {
+        throw FileError(path_, "is a folder, not a file");
+    }
+    file_.reset(Open(path_));
     if (!file_) throw FileError(path_, std::strerror(errno));
     gzbuffer(Handle(file_.get()), 1 << 17);
 }

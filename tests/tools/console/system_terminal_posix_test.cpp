@@ -79,6 +79,19 @@ TEST_F(SystemTerminalTest, SignalsAskForTheEnd) {
     }
 }
 
+/// While the program ends by itself somebody may want it to end.
+TEST_F(SystemTerminalTest, ASignalThatNobodyHasLookedAtKillsNothing) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        {
+            SystemTerminal terminal;
+            kill(getpid(), signal);
+        }
+        sigset_t pending;
+        ASSERT_EQ(sigpending(&pending), 0);
+        EXPECT_EQ(sigismember(&pending, signal), 0) << signal;
+    }
+}
+
 TEST_F(SystemTerminalTest, TheClockNeverGoesBack) {
     SystemTerminal terminal;
     const auto first = terminal.Now();

@@ -1,11 +1,10 @@
-#include "shell/stop_signals.h"
-
 #include <gmock/gmock.h>
 
 #include <csignal>
 
 #include "shell/host_thread.h"
 #include "shell/shell_scene.h"
+#include "shell/stop_signals.h"
 
 namespace corvenna {
 namespace {
