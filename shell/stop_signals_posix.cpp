@@ -33,7 +33,7 @@ void StopSignals::Watch(std::function<void()> stop) {
     if (heard < 0) return;
     platform_->Notifier = std::make_unique<QSocketNotifier>(heard, QSocketNotifier::Read);
     QObject::connect(platform_->Notifier.get(), &QSocketNotifier::activated, [heard, stop = std::move(stop)] {
-        signalfd_siginfo received;
+        signalfd_siginfo received{};
         while (read(heard, &received, sizeof received) > 0) stop();
     });
 }

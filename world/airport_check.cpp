@@ -72,6 +72,7 @@ class Network {
             if (inUse_[static_cast<std::size_t>(point)]) byRoot[PartOf(point)].push_back(point);
         }
         std::vector<std::vector<std::int32_t>> parts;
+        parts.reserve(byRoot.size());
         for (auto& [root, members] : byRoot) parts.push_back(std::move(members));
         std::stable_sort(parts.begin(), parts.end(),
                          [](const auto& a, const auto& b) { return a.size() > b.size(); });

@@ -14,8 +14,8 @@ namespace corvenna {
 
 /// A runway from the threshold of the end that it is named by to its far end.
 struct DiagramRunway {
-    std::string Designator = "";
-    std::string OtherDesignator = "";
+    std::string Designator = {};
+    std::string OtherDesignator = {};
     DrawingPoint Threshold = {};
     DrawingPoint FarEnd = {};
     double Width = 0;

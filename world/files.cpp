@@ -190,6 +190,7 @@ std::vector<std::string> ListBglFiles(const fs::path& folder) {
     if (failure) throw FileError(BytesOf(folder), "can't be listed: " + failure.message());
     std::sort(names.begin(), names.end());
     std::vector<std::string> result;
+    result.reserve(names.size());
     for (Name& name : names) result.push_back(std::move(name.Exact));
     return result;
 }

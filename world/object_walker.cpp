@@ -25,7 +25,7 @@ bool IsObject(std::uint8_t firstByte) { return firstByte == 5 || firstByte == 8 
 
 /// Opcodes of a fixed length, the opcode byte included.
 struct FixedLengthRow {
-    int Length;
+    int Length = 0;
     std::initializer_list<std::uint8_t> Opcodes;
 };
 

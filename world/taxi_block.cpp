@@ -102,7 +102,7 @@ std::vector<std::string> FinalNames(const ByteReader& reader, const Sublist& lis
     std::vector<std::string> names(static_cast<std::size_t>(list.Count));
     for (std::int32_t i = list.Count - 1; i >= 0; --i) {
         std::string& name = names[static_cast<std::size_t>(i)];
-        reader.ReadText(list.Offset + taxi_block::ListElements + i * taxi_block::NameSize,
+        reader.ReadText(list.Offset + taxi_block::ListElements + std::int64_t{i} * taxi_block::NameSize,
                         taxi_block::NameSize, name);
         const auto later = PlainDecimal(name);
         if (later && *later > i && *later < list.Count) name = names[static_cast<std::size_t>(*later)];

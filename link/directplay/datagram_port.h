@@ -32,7 +32,7 @@ class DatagramPort {
     asio::ip::udp::socket socket_;
     std::uint16_t port_ = 0;
     OnDatagram onDatagram_;
-    std::array<std::byte, 65536> buffer_;
+    std::array<std::byte, 65536> buffer_{};
 };
 
 }  // namespace corvenna::directplay

@@ -47,7 +47,7 @@ class InboundConnection : public std::enable_shared_from_this<InboundConnection>
     Events events_;
     Endpoint sender_;
     bool ended_ = false;
-    std::array<std::byte, 8192> readBuffer_;
+    std::array<std::byte, 8192> readBuffer_{};
     FrameCutter cutter_;
     TimePoint lastFrame_;
     TimePoint lastBytes_;

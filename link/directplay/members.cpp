@@ -9,8 +9,8 @@ namespace corvenna::directplay {
 namespace {
 
 template <class Record>
-void SetNames(Record& record, std::optional<std::u16string> shortName,
-              std::optional<std::u16string> longName) {
+void SetNames(Record& record, std::optional<std::u16string>&& shortName,
+              std::optional<std::u16string>&& longName) {
     record.Name = Utf16ToCodePage(shortName.value_or(u""));
     record.ShortName = std::move(shortName);
     record.LongName = std::move(longName);

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "directplay/io_scene.h"
 
 namespace corvenna::directplay {
@@ -27,6 +29,7 @@ struct DatagramPorts : IoScene, testing::Test {
     }
     std::vector<std::size_t> Sizes() const {
         std::vector<std::size_t> sizes;
+        sizes.reserve(Diary.size());
         for (const Came& came : Diary) sizes.push_back(came.What.size());
         return sizes;
     }
@@ -92,11 +95,9 @@ TEST_F(DatagramPorts, TheEmptyAndTheLargestComeWhole) {
 TEST_F(DatagramPorts, MoreThanAreTakenInAtOnceComeInTheirOrder) {
     Starts();
     const RawPeer peer;
-    std::vector<std::size_t> sent;
-    for (std::size_t size = 0; size < 200; ++size) {
-        peer.SendsDatagram(Port.Port(), Bytes(size));
-        sent.push_back(size);
-    }
+    std::vector<std::size_t> sent(200);
+    std::iota(sent.begin(), sent.end(), std::size_t{0});
+    for (const std::size_t size : sent) peer.SendsDatagram(Port.Port(), Bytes(size));
     ASSERT_TRUE(Until([&] { return Diary.size() == sent.size(); }));
     EXPECT_EQ(Sizes(), sent);
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <thread>
 
@@ -129,6 +130,7 @@ TEST_F(Outbound, FramesMayBePutInByManyThreads) {
     constexpr std::size_t Threads = 4;
     constexpr std::size_t FramesOfEach = 100;
     std::vector<std::thread> writers;
+    writers.reserve(Threads);
     for (std::size_t writer = 0; writer < Threads; ++writer) {
         writers.emplace_back([this, writer] {
             for (std::size_t i = 0; i < FramesOfEach; ++i)
