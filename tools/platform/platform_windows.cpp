@@ -107,12 +107,17 @@ std::string SystemVersion() {
     return wineVersion == nullptr ? words : words + " under Wine " + wineVersion();
 }
 
+/// What is on the clipboard needs a window that has put it there; it stays when that is gone.
 void OfferOnClipboard(std::string_view text) {
-    if (OpenClipboard(nullptr) == 0) return;
-    EmptyClipboard();
-    const HGLOBAL memory = GlobalCopy(CodePageToUtf16(text));
-    if (memory != nullptr && SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
-    CloseClipboard();
+    const HWND owner =
+        CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    if (owner != nullptr && OpenClipboard(owner) != 0) {
+        EmptyClipboard();
+        const HGLOBAL memory = GlobalCopy(CodePageToUtf16(text));
+        if (memory != nullptr && SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
+        CloseClipboard();
+    }
+    DestroyWindow(owner);
 }
 
 }  // namespace corvenna
