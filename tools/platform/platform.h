@@ -63,9 +63,6 @@ std::filesystem::path CacheFolder();
 /// The folder of the program file.
 std::filesystem::path ProgramFolder();
 
-/// From now on this program may have as many files and connections open as the system ever allows it.
-void AllowManyOpenFiles();
-
 /// Name and version of the operating system, for reports.
 std::string SystemVersion();
 

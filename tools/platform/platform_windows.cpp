@@ -94,9 +94,6 @@ std::filesystem::path ProgramFolder() {
     return std::filesystem::path(name).parent_path();
 }
 
-/// They are as many as fit into memory.
-void AllowManyOpenFiles() {}
-
 /// Straight from the system: what it tells ordinary programs depends on what they are made for.
 std::string SystemVersion() {
     const HMODULE system = GetModuleHandleW(L"ntdll.dll");
