@@ -15,7 +15,7 @@ constexpr double PatternFeet = 1000;        // above the field
 constexpr double CrosswindFeet = 500;       // above the field: the first turn of a circuit
 constexpr double OwnWayFeet = 1500;         // above the field: the first turn of a departure
 constexpr double DownwindMiles = 2;         // beside the runway
-constexpr double BaseMiles = 3.2;           // before the threshold
+constexpr double BaseMiles = 5;             // before the threshold: there is room to wait on final
 constexpr double TurnLeadMiles = 0.4;
 constexpr double InterceptFeet = 2500;  // above the field, when nobody has said
 constexpr double OwnFixMiles = 9;       // before the threshold: where he goes without vectors
@@ -23,13 +23,15 @@ constexpr double SlowMiles = 12;
 constexpr double ForgottenMiles = 35;  // so far out, flying away by an old vector: nobody will turn him back
 constexpr std::chrono::minutes OldVector{8};
 constexpr double MinutesPerHour = 60;
-constexpr double CloseMiles = 0.6;    // before the threshold: by then all must fit
-constexpr double TooHighFeet = 350;   // above the glide path
-constexpr double BesideMiles = 0.1;   // off the centreline
-constexpr double MissedMiles = 1.2;   // before the threshold
-constexpr double SlowFinalMiles = 4;  // before the threshold
-constexpr double NearestOrbit = 3.5;  // miles before the threshold: whoever is nearer goes on
-constexpr double FarthestOrbit = 12;
+constexpr double CloseMiles = 0.6;   // before the threshold: by then all must fit
+constexpr double TooHighFeet = 350;  // above the glide path
+constexpr double BesideMiles = 0.1;  // off the centreline
+constexpr double ThresholdMiles = 0.1;
+constexpr double FarSteering = 90;  // degrees towards the centreline for each mile beside it
+constexpr double NearSteering = 180;
+constexpr double MissedMiles = 1.2;                // before the threshold
+constexpr double SlowFinalMiles = 4;               // before the threshold
+constexpr double FarthestOrbit = 12;               // miles before the threshold
 constexpr double FinalSink = 1500;                 // feet a minute: the least that anybody can on final
 constexpr std::chrono::seconds BetweenOrbits{15};  // two who circle in step would wait for each other
 constexpr int MostOrbits = 20;                     // then he leaves it to the controller
@@ -106,7 +108,9 @@ void Flight::FlyInbound(std::chrono::milliseconds time) {
                                     : chart_->ElevationFeet() + InterceptFeet,
                                 0.0);
     const double visual = chart_->ElevationFeet() + PatternFeet;
-    const double altitude = hasAltitude_ ? altitude_ : plan_.Instrument ? own : visual;
+    const double altitude = hasAltitude_       ? altitude_
+                            : plan_.Instrument ? std::max(own, FeetAboveOthers())
+                                               : visual;
     const double knots = MilesOut() > SlowMiles ? plan_.Aircraft.CruiseKnots : plan_.Aircraft.PatternKnots;
     SteerTo(heading, altitude, knots, time, hasVector_ ? way_ : Turn::Shorter);
     if (std::abs(TurnFrom(aircraft_.HeadingTrue, heading)) < 1) way_ = Turn::Shorter;
@@ -147,7 +151,7 @@ bool Flight::IsTooHighFor(double toGo) const {
 
 /// Somebody is nearer, or on the runway, and he would have to be sent around; or he is too high.
 bool Flight::MustWaitOnFinal(double toGo) const {
-    if (toGo < NearestOrbit || toGo > FarthestOrbit || orbits_ >= MostOrbits) return false;
+    if (toGo < DecisionMiles || toGo > FarthestOrbit || orbits_ >= MostOrbits) return false;
     if (std::abs(TurnFrom(aircraft_.HeadingTrue, chart_->RunwayTrue())) > AlignedDegrees) return false;
     return SomebodyOnRunway() || SomebodyOnFinal(toGo) || IsTooHighFor(toGo);
 }
@@ -170,7 +174,8 @@ void Flight::FlyFinal(std::chrono::milliseconds time) {
         orbit_ = 360;
         ++orbits_;
     }
-    const double off = std::clamp(-90 * seen.Right, -steepest_, steepest_);
+    const double steering = toGo < SlowFinalMiles ? NearSteering : FarSteering;
+    const double off = std::clamp(-steering * seen.Right, -steepest_, steepest_);
     const bool landing = clearedToLand_ || Announces();
     const double hold = hasAltitude_ ? altitude_ : aircraft_.AltitudeFeet;
     const double glide = field + CrossingFeet + FeetPerMileOnGlide * std::max(toGo, 0.0);
@@ -182,12 +187,13 @@ void Flight::FlyFinal(std::chrono::milliseconds time) {
     const double sink = toGo <= 0 ? FlareRate : FinalSinkRate();
     Steer(aircraft_, {chart_->RunwayTrue() + off, Turn::Shorter, goal, knots, plan_.Aircraft.ClimbRate, sink},
           time);
-    if (aircraft_.AltitudeFeet <= field && toGo <= 0) return TouchDown();
     const bool high = aircraft_.AltitudeFeet > glide + TooHighFeet;
-    const bool unable = toGo < CloseMiles && (!landing || high || std::abs(seen.Right) > BesideMiles);
+    const double beside = toGo < ThresholdMiles ? chart_->RunwayHalfMiles() : BesideMiles;
+    const bool unable = toGo < CloseMiles && (!landing || high || std::abs(seen.Right) > beside);
     const bool misses = plan_.MissesFirstApproach && !missed_ && landing && toGo < MissedMiles;
     const bool blocked = Announces() && toGo > 0 && toGo < LowMiles && SomebodyOnRunway();
-    if (unable || misses || blocked) GoAround();
+    if (unable || misses || blocked) return GoAround();
+    if (aircraft_.AltitudeFeet <= field && toGo <= 0) TouchDown();
 }
 
 void Flight::GoAround() {

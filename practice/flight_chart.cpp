@@ -15,8 +15,9 @@ constexpr double ClearFeet = 130;    // beside the runway's edge
 constexpr double LineUpFeet = 150;   // ahead of the threshold
 constexpr double HoldingFeet = 400;  // a holding point so far from the runway still belongs to it
 constexpr double EdgeFeet = 10;
-constexpr double HeadingSlack = 0.015;  // so far beside the runway, per length along it, is still on it to
-                                        // the controller, who has its heading in whole degrees
+constexpr double WatchedSlackFeet = 25;  // beside the strip: places are told to some feet
+constexpr double HeadingSlack = 0.015;   // so far beside the runway, per length along it, is still on it to
+                                         // the controller, who has its heading in whole degrees
 
 /// What of a station an airport is.
 Station FieldOf(const Station& station) {
@@ -51,6 +52,8 @@ AirportChart::AirportChart(const Station& station) : field_(FieldOf(station)), t
 
 double AirportChart::RunwayMiles() const { return field_.RunwayLength / FeetPerMile; }
 
+double AirportChart::RunwayHalfMiles() const { return field_.RunwayWidth / FeetPerMile / 2; }
+
 RunwayPlace AirportChart::SeenFromRunway(Place place) const {
     const double miles = MilesBetween(Threshold(), place);
     const double off = TurnFrom(runwayTrue_, CourseTo(Threshold(), place)) * (std::numbers::pi / 180);
@@ -67,6 +70,14 @@ bool AirportChart::IsOnRunway(Place place) const {
     const double slack = EdgeFeet / FeetPerMile;
     return std::abs(seen.Right) < field_.RunwayWidth / FeetPerMile / 2 + slack && seen.Along > -slack &&
            seen.Along < RunwayMiles() + slack;
+}
+
+bool AirportChart::IsWatched(Place place) const {
+    const double slack = WatchedSlackFeet / FeetPerMile;
+    const double miles = MilesBetween(Threshold(), place);
+    if (miles > RunwayMiles() + slack) return false;
+    const Place middle = PlaceBeyond(Threshold(), field_.RunwayHeading, miles);
+    return MilesBetween(middle, place) < field_.RunwayWidth / FeetPerMile / 2 + slack;
 }
 
 double AirportChart::MagneticToTrue(double heading, Place place) const {
@@ -103,7 +114,9 @@ AirportChart::WayOut AirportChart::WayToRunway(Place from, const std::vector<std
     while (onto + 1 < way.size() && !IsOnRunway(way[onto])) ++onto;
     const double least = (field_.RunwayWidth / 2.0 + EdgeFeet) / FeetPerMile +
                          HeadingSlack * std::max(SeenFromRunway(way[onto]).Along, 0.0);
-    const auto standsClear = [&](std::size_t i) { return std::abs(SeenFromRunway(way[i]).Right) >= least; };
+    const auto standsClear = [&](std::size_t i) {
+        return std::abs(SeenFromRunway(way[i]).Right) >= least && !IsWatched(way[i]);
+    };
     std::size_t stop = onto;
     for (std::size_t i = onto; i-- > 0;) {
         if (MilesBetween(way[i], way[onto]) > HoldingFeet / FeetPerMile) break;
@@ -121,7 +134,8 @@ AirportChart::WayOut AirportChart::WayToRunway(Place from, const std::vector<std
         out.ToHoldShort.assign(way.begin(), at(last + 1));
         const double before = std::max(clear, least);
         if (MilesBetween(way[last], way[last + 1]) > before) {
-            out.ToHoldShort.push_back(Before(way[last], way[last + 1], before));
+            const Place clearOf = Before(way[last], way[last + 1], before);
+            if (!IsWatched(clearOf)) out.ToHoldShort.push_back(clearOf);
         }
     }
     out.ToLineUp.assign(at(onto), way.end());
@@ -157,7 +171,7 @@ std::vector<Place> AirportChart::WayOffRunway(Place from, double brakingMiles) c
         if (IsOnRunway(taxiways_.At(node)) || !taxiways_.HasTaxiway(node)) continue;
         const RunwayPlace seen = SeenFromRunway(taxiways_.At(node));
         if (std::abs(seen.Right) < clear || seen.Along < -0.1 || seen.Along > RunwayMiles() + 0.1) continue;
-        if (std::abs(seen.Right) > 4 * clear) continue;
+        if (std::abs(seen.Right) > 4 * clear || IsWatched(taxiways_.At(node))) continue;
         // Taxiways that meet the runway: the way there from the nearest point of the runway is short.
         for (int start = 0; start < taxiways_.PointCount(); ++start) {
             if (!IsOnRunway(taxiways_.At(start)) || !taxiways_.HasTaxiway(start)) continue;

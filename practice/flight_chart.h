@@ -34,9 +34,18 @@ class AirportChart {
     double ElevationFeet() const { return field_.RunwayElevation; }
     double RunwayTrue() const { return runwayTrue_; }
     double RunwayMiles() const;
+    double RunwayHalfMiles() const;  ///< half its width
     RunwayPlace SeenFromRunway(Place place) const;
     Place FromRunway(RunwayPlace place) const;
     bool IsOnRunway(Place place) const;
+
+    /// Whether the controller takes somebody there for one on the runway, besides those who are: he looks
+    /// along a strip that leads from the threshold in the direction of the runway's number, which is
+    /// magnetic, as if it were true. Where the needle is far off that is over the taxiways, and whoever stops
+    /// there closes the runway for everybody.
+    bool IsWatched(Place place) const;
+
+    bool IsNoPlaceToStop(Place place) const { return IsOnRunway(place) || IsWatched(place); }
 
     /// A magnetic heading, by the variation at a place, as a true one.
     double MagneticToTrue(double heading, Place place) const;

@@ -13,15 +13,17 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds LongestMove = 500ms;
 constexpr auto LastWords = 3s;  // the answer to his good-bye may come
 
-constexpr auto LongestWait = 30min;   // at the runway
-constexpr auto LongestHold = 12min;   // on a taxiway
-constexpr auto LongestAtGate = 4min;  // beside the runway, without being offered a place to park
-constexpr auto LongestParked = 3min;  // without being heard any more
-constexpr auto LongestMissed = 6min;  // straight ahead, without vectors
-constexpr auto AloneAtRamp = 3min;    // where nobody controls, nobody needs an answer
+constexpr auto LongestWait = 30min;    // at the runway, when nobody uses it
+constexpr auto LongestLine = 90min;    // at the runway, whoever uses it
+constexpr auto LongestNoUse = 10min;   // of the runway, while somebody waits for it
+constexpr auto LongestNoNews = 20min;  // on the way home
+constexpr auto LongestHold = 12min;    // on a taxiway
+constexpr auto LongestAtGate = 4min;   // beside the runway, without being offered a place to park
+constexpr auto LongestParked = 3min;   // without being heard any more
+constexpr auto LongestMissed = 6min;   // straight ahead, without vectors
+constexpr auto AloneAtRamp = 3min;     // where nobody controls, nobody needs an answer
 constexpr auto AloneAtRunway = 1min;
-constexpr double LastMiles = 195;    // so far out a greeting means that the service is over
-constexpr double ReadBackMiles = 4;  // before the threshold
+constexpr double LastMiles = 195;  // so far out a greeting means that the service is over
 
 using enum FlightStage;
 
@@ -58,25 +60,51 @@ bool Flight::IsFlying() const {
     }
 }
 
+bool Flight::IsComingHome() const {
+    return IsFlying() && stage_ != ClimbingOut && stage_ != Outbound && stage_ != Leaving;
+}
+
+bool Flight::IsOnWayOut() const {
+    return stage_ == AtRamp || stage_ == TaxiingOut || stage_ == HoldingShort || stage_ == AwaitingTakeoff;
+}
+
+bool Flight::IsOnTaxiways() const {
+    return stage_ == TaxiingOut || stage_ == HoldingShort || stage_ == TaxiingIn;
+}
+
 // ---- What he is told
 
 void Flight::Hear(std::string_view text) {
     sinceHeard_ = 0ms;
+    NoteNews(text);
     if (ContainsIgnoringCase(text, "Want to use our ATC services")) LoseService();
     if (ContainsIgnoringCase(text, "Choose one of the following options: ")) LoseFrequency();
     if (ContainsIgnoringCase(text, "Canceling IFR")) startsOver_ = true;
     if (ContainsIgnoringCase(text, "for the Ground frequency:")) HearGround(text);
     // With the Tower nobody is held on the taxiways: his read-back was taken for the change of frequency.
-    if (ContainsIgnoringCase(text, "Takeoff Clearance")) holding_ = false;
+    if (ContainsIgnoringCase(text, "Takeoff Clearance")) {
+        holding_ = false;
+        if (stage_ == AwaitingTakeoff) Enter(HoldingShort);
+    }
     for (const Instruction& instruction : ReadInstructions(text)) Obey(instruction);
+}
+
+void Flight::NoteNews(std::string_view text) {
+    if (text == news_ || ContainsIgnoringCase(text, "traffic in sight")) return;
+    news_ = text;
+    sinceNews_ = 0ms;
 }
 
 /// A hold and the end of it are not always told, but the options tell: whoever is held is offered nothing.
 void Flight::HearGround(std::string_view text) {
-    // Taken for somebody who taxies: the service that has him will not go on.
-    if (IsFlying()) startsOver_ = true;
-    const bool onHisWay = stage_ == TaxiingOut || stage_ == HoldingShort || stage_ == TaxiingIn;
-    if (onHisWay && !ContainsIgnoringCase(text, "1-Acknowledge")) {
+    // Taken for somebody else, who taxies: the service that has him will not go on.
+    const bool toGate = ContainsIgnoringCase(text, "Report us when you are parked");
+    const bool toRunway =
+        ContainsIgnoringCase(text, "-Tune") && ContainsIgnoringCase(text, "Tower Frequency");
+    if (IsFlying() || stage_ == AwaitingTakeoff || (IsOnWayOut() && toGate) || (IsOnWayIn() && toRunway)) {
+        startsOver_ = true;
+    }
+    if (IsOnTaxiways() && !ContainsIgnoringCase(text, "1-Acknowledge")) {
         holding_ = ContainsIgnoringCase(text, "for the Ground frequency: 1-Close ATC Services");
     }
 }
@@ -85,6 +113,7 @@ void Flight::LoseService() {
     LoseFrequency();
     startsOver_ = false;
     startingOver_ = 0ms;
+    sinceNews_ = 0ms;
     hasVector_ = false;
     hasAltitude_ = false;
     if (stage_ == AwaitingTakeoff) Enter(HoldingShort);
@@ -101,7 +130,7 @@ void Flight::LoseFrequency() {
 bool Flight::ReadsBack(std::string_view text) const {
     if (!IsFlying() || !ContainsIgnoringCase(text, "cleared to land")) return true;
     return (stage_ == OnApproach || stage_ == Final) && orbit_ <= 0 &&
-           -chart_->SeenFromRunway(aircraft_.Where()).Along < ReadBackMiles;
+           -chart_->SeenFromRunway(aircraft_.Where()).Along < DecisionMiles;
 }
 
 void Flight::Obey(const Instruction& told) {
@@ -113,7 +142,7 @@ void Flight::Obey(const Instruction& told) {
             if (stage_ == Vacated || stage_ == TaxiingIn) StartTaxiIn(told);
             break;
         case Order::HoldPosition:
-            holding_ = true;
+            holding_ = IsOnTaxiways();
             break;
         case Order::ContinueTaxi:
             holding_ = false;
@@ -176,10 +205,19 @@ void Flight::Move(std::chrono::milliseconds time, std::span<const Sighting> othe
 void Flight::MoveOnce(std::chrono::milliseconds time) {
     inStage_ += time;
     sinceHeard_ += time;
+    sinceNews_ += time;
+    sinceRunwayUsed_ = stage_ != AwaitingTakeoff || SomebodyOnRunway() ? 0ms : sinceRunwayUsed_ + time;
     heldFor_ = holding_ ? heldFor_ + time : 0ms;
     if (startsOver_) startingOver_ += time;
     IsFlying() ? MoveInAir(time) : MoveOnGround(time);
     RunOutOfPatience();
+}
+
+/// The controller answers, but not to what he needs: he has been taken for another, or is not heard.
+bool Flight::HearsNothingNew() const {
+    if (Announces() || news_.empty()) return false;
+    if (stage_ == AtRamp || stage_ == HoldingShort) return sinceNews_ >= LongestHold;
+    return IsComingHome() && !clearedToLand_ && sinceNews_ >= LongestNoNews;
 }
 
 /// What he does when nothing has come of waiting.
@@ -187,7 +225,9 @@ void Flight::RunOutOfPatience() {
     const auto waited = [&](FlightStage stage, std::chrono::milliseconds atMost) {
         return stage_ == stage && inStage_ >= atMost;
     };
-    if (waited(AwaitingTakeoff, LongestWait)) startsOver_ = true;
+    if (waited(AwaitingTakeoff, LongestWait) && sinceRunwayUsed_ >= LongestNoUse) startsOver_ = true;
+    if (waited(AwaitingTakeoff, LongestLine)) startsOver_ = true;
+    if (HearsNothingNew()) startsOver_ = true;
     if (heldFor_ >= LongestHold) {
         startsOver_ = true;
         Enter(stage_ == TaxiingIn ? Vacated : AtRamp);

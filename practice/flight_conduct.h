@@ -48,6 +48,9 @@ struct Sighting {
 /// option of a menu he would like to have. Has no radio and no clock of its own. One thread.
 class Flight {
   public:
+    /// Before the threshold: whoever is nearer goes on to land, whoever is farther lets him.
+    static constexpr double DecisionMiles = 3.5;
+
     Flight(std::shared_ptr<const AirportChart> chart, const FlightPlan& plan, const AircraftState& start);
 
     /// Obeys the instructions in a text that was meant for him.
@@ -65,8 +68,8 @@ class Flight {
     /// Whether silence is a reason to ask for a repeat: he waits for something to be offered or said.
     bool IsExpecting() const;
 
-    /// Whether he reads an instruction back now. A landing clearance he reads back when he is near: only then
-    /// does the controller count him as landing, and send others around for him.
+    /// Whether he reads an instruction back now. A landing clearance he reads back when nobody is before him
+    /// any more: only then does the controller count him as landing, and send others around for him.
     bool ReadsBack(std::string_view text) const;
 
     /// Whether, and for how long already, he wants to close the service and to begin again.
@@ -85,16 +88,23 @@ class Flight {
     void Enter(FlightStage stage);
     void Obey(const Instruction& instruction);
     void HearGround(std::string_view text);
+    void NoteNews(std::string_view text);
     void LoseFrequency();
+    bool HearsNothingNew() const;
     void RunOutOfPatience();
     void MoveOnce(std::chrono::milliseconds time);
     bool IsFlying() const;
+    bool IsComingHome() const;
+    bool IsOnWayOut() const;
+    bool IsOnWayIn() const { return stage_ == FlightStage::Vacated || stage_ == FlightStage::TaxiingIn; }
+    bool IsOnTaxiways() const;
     bool Announces() const { return plan_.Kind == FlightKind::SelfAnnounced; }
 
     // What he sees of the others: flight_sight.cpp
     bool SomebodyOnRunway() const;
     bool SomebodyOnFinal(double within) const;
-    bool SomebodyInTheWay() const;
+    bool SomebodyInTheWay(double within) const;
+    double FeetAboveOthers() const;
     bool RunwayIsFree(double finalMiles) const { return !SomebodyOnRunway() && !SomebodyOnFinal(finalMiles); }
 
     // On the ground: flight_ground.cpp
@@ -104,6 +114,7 @@ class Flight {
     void MoveOnGround(std::chrono::milliseconds time);
     double TaxiSpeed() const;
     double GiveWay(double knots, std::chrono::milliseconds time);
+    bool MustLeaveRoom() const;
     bool StandsInLine() const;
     void TaxiOut(std::chrono::milliseconds time);
     void LineUp();
@@ -138,7 +149,10 @@ class Flight {
     bool startsOver_ = false;
     std::chrono::milliseconds startingOver_{0};
     std::chrono::milliseconds sinceHeard_{0};
-    std::span<const Sighting> others_;  ///< while time passes
+    std::string news_;  ///< the last text that was not merely said again, and no call of traffic
+    std::chrono::milliseconds sinceNews_{0};
+    std::chrono::milliseconds sinceRunwayUsed_{0};  ///< as seen from the holding point
+    std::span<const Sighting> others_;              ///< while time passes
 
     // On the ground
     Place ramp_;

@@ -14,6 +14,9 @@ constexpr double ApronMiles = 0.06;
 constexpr double LineUpKnots = 12;
 constexpr double RollGain = 3.5;    // knots a second
 constexpr double RunwayKnots = 45;  // on the runway, before and after the flight
+constexpr double InTheWayFeet = 170;
+constexpr double StoppingFeet = 150;
+constexpr double RoomBehindFeet = 900;
 constexpr double CloseMiles = 1.5;  // somebody so near on final goes first
 
 constexpr auto LongestGivingWay = 45s;  // then he goes round whoever is there
@@ -53,24 +56,25 @@ void Flight::StartTaxiInUncleared() {
     if (track_.Points.empty()) track_.Points = {ramp_};
 }
 
-/// Nobody stops on the runway, whatever he is told.
+/// Nobody stops on the runway, whatever he is told, nor where he would close it.
 double Flight::TaxiSpeed() const {
-    if (holding_ && !chart_->IsOnRunway(aircraft_.Where())) return 0;
+    if (holding_ && !chart_->IsNoPlaceToStop(aircraft_.Where())) return 0;
     const bool nearRamp = MilesBetween(aircraft_.Where(), ramp_) < ApronMiles ||
                           (stage_ == FlightStage::TaxiingIn && !track_.Points.empty() &&
                            MilesBetween(aircraft_.Where(), track_.Points.back()) < ApronMiles);
     return nearRamp ? ApronKnots : TaxiKnots;
 }
 
-/// Lets somebody go who is in the way, but not for ever, and not on the runway.
+/// Lets somebody go who is in the way, but not for ever, and not where he would close the runway: there he
+/// goes only when there is room behind.
 double Flight::GiveWay(double knots, std::chrono::milliseconds time) {
-    if (chart_->IsOnRunway(aircraft_.Where())) return knots;
+    if (chart_->IsNoPlaceToStop(aircraft_.Where())) return knots;
     if (gaveWay_ >= LongestGivingWay) {
         gaveWay_ += time;
         if (gaveWay_ >= LongestGivingWay + GoingRound) gaveWay_ = 0ms;
         return knots;
     }
-    if (!SomebodyInTheWay()) {
+    if (!SomebodyInTheWay(MustLeaveRoom() ? RoomBehindFeet : InTheWayFeet)) {
         gaveWay_ = 0ms;
         return knots;
     }
@@ -78,10 +82,16 @@ double Flight::GiveWay(double knots, std::chrono::milliseconds time) {
     return 0;
 }
 
+/// Whether he comes to a place that must be kept free.
+bool Flight::MustLeaveRoom() const {
+    const Place ahead = PlaceBeyond(aircraft_.Where(), aircraft_.HeadingTrue, StoppingFeet * (0.3048 / 1852));
+    return chart_->IsWatched(ahead);
+}
+
 /// Behind others who wait for the runway.
 bool Flight::StandsInLine() const {
     return gaveWay_ >= InLineAfter && !track_.Points.empty() && aircraft_.Knots == 0 && !holding_ &&
-           !chart_->IsOnRunway(aircraft_.Where()) &&
+           !chart_->IsNoPlaceToStop(aircraft_.Where()) &&
            MilesBetween(aircraft_.Where(), track_.Points.back()) < InLineMiles;
 }
 

@@ -14,7 +14,10 @@ constexpr double GlideFeetPerMile = 600;  // twice the usual one: whoever is low
 constexpr double FinalHalfMiles = 0.4;    // beside the centreline, and an eighth of the distance more
 constexpr double OwnPlaceMiles = 0.02;    // seen from oneself, a second ago
 
-constexpr double InTheWayFeet = 170;
+constexpr double StackMiles = 6;    // so near the controller speaks of nothing but the other
+constexpr double StackFeet = 3200;  // and so close above him
+constexpr double SameLevelFeet = 100;
+
 constexpr double SamePlaceFeet = 15;  // on the same parking spot: nobody gives way there
 constexpr double AheadDegrees = 40;
 
@@ -38,8 +41,8 @@ bool Flight::SomebodyOnFinal(double within) const {
     });
 }
 
-/// On the ground, close before his nose.
-bool Flight::SomebodyInTheWay() const {
+/// On the ground, before his nose by less than so much.
+bool Flight::SomebodyInTheWay(double within) const {
     // So near the Earth is flat.
     const double feetNorth = 60 * FeetPerMile;
     const double feetEast = feetNorth * std::cos(aircraft_.Latitude * (std::numbers::pi / 180));
@@ -48,10 +51,26 @@ bool Flight::SomebodyInTheWay() const {
         const double north = (other.Where.Latitude - aircraft_.Latitude) * feetNorth;
         const double east = (other.Where.Longitude - aircraft_.Longitude) * feetEast;
         const double feet = std::hypot(north, east);
-        if (feet > InTheWayFeet || feet < SamePlaceFeet) return false;
+        if (feet > within || feet < SamePlaceFeet) return false;
         const double course = std::atan2(east, north) * (180 / std::numbers::pi);
         return std::abs(TurnFrom(aircraft_.HeadingTrue, course)) < AheadDegrees;
     });
+}
+
+/// The height above sea level at which those who circle without vectors stand one over the other, so that the
+/// controller has nobody's traffic to call and hears what they ask for. The lowest stays where he is.
+double Flight::FeetAboveOthers() const {
+    double least = 0;
+    for (const Sighting& other : others_) {
+        if (std::abs(other.Where.Latitude - aircraft_.Latitude) * 60 > StackMiles) continue;
+        if (MilesBetween(other.Where, aircraft_.Where()) > StackMiles) continue;
+        if (other.AltitudeFeet < chart_->ElevationFeet() + OnGroundFeet) continue;
+        const double above = aircraft_.AltitudeFeet - other.AltitudeFeet;
+        const bool sameLevel = std::abs(above) < SameLevelFeet;
+        if (sameLevel ? aircraft_.Latitude < other.Where.Latitude : above < 0) continue;
+        least = std::max(least, other.AltitudeFeet + StackFeet);
+    }
+    return least;
 }
 
 }  // namespace corvenna

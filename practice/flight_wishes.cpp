@@ -136,6 +136,7 @@ bool Flight::IsExpecting() const {
     switch (stage_) {
         case AtRamp:
         case HoldingShort:
+        case AwaitingTakeoff:
         case Leaving:
         case Vacated:
         case Parked:

@@ -73,6 +73,7 @@ void PracticeLog::Remark(std::string_view name, std::string_view what) const {
 void PracticeLog::Came(const PracticePilot& pilot, std::chrono::milliseconds now) {
     PilotLog log;
     log.Name = pilot.Name();
+    log.Unruly = pilot.IsUnruly();
     log.Where = pilot.Aircraft();
     log.StandsAt = log.Where.Where();
     log.CameAt = log.MovedAt = now;
@@ -156,32 +157,56 @@ void PracticeLog::KeepTrack(PilotLog& log, std::chrono::milliseconds now) {
     ++spots_;
 }
 
-std::vector<PilotTrouble> PracticeLog::Troubles(std::chrono::milliseconds now) const {
-    std::vector<PilotTrouble> troubles;
+// ---- Who is stuck
+
+/// Together with the wait for those who go before him.
+std::chrono::milliseconds PracticeLog::LongestStandOf(const PilotLog& log) const {
+    const auto ahead = std::count_if(pilots_.begin(), pilots_.end(), [&](const auto& entry) {
+        const PilotLog& other = entry.second;
+        return other.Present && (other.Airborne || other.MovedAt < log.MovedAt);
+    });
+    return LongestStand + ahead * LongestTurn;
+}
+
+/// Empty when nothing is.
+std::string PracticeLog::WhatIsWrong(const PilotLog& log, std::chrono::milliseconds now) const {
     const auto minutes = [&](std::chrono::milliseconds since) {
         return std::chrono::duration_cast<std::chrono::minutes>(now - since).count();
     };
+    const auto still = now - log.MovedAt;
+    const auto nobodyMoves = now - std::max(log.MovedAt, runwayUsedAt_);
+    if (log.Unanswered && log.Asks && now - *log.Unanswered > LongestSilence) {
+        return fmt::format("the conversation has stalled, no answer for {} minutes",
+                           minutes(*log.Unanswered));
+    }
+    if (!log.Airborne && (nobodyMoves > LongestStand || still > LongestStandOf(log))) {
+        return fmt::format("stuck on the ground for {} minutes", minutes(log.MovedAt));
+    }
+    if (log.Airborne && still > LongestFlight) {
+        return fmt::format("stuck in the air for {} minutes", minutes(log.MovedAt));
+    }
+    if (log.LastText.empty() && now - log.CameAt > LongestSilence) return "has never been welcomed";
+    return "";
+}
+
+std::vector<PilotTrouble> PracticeLog::TroublesOf(bool unruly, std::chrono::milliseconds now) const {
+    std::vector<PilotTrouble> troubles;
     for (const auto& [name, log] : pilots_) {
-        if (!log.Present) continue;
-        const auto still = now - log.MovedAt;
-        const auto nobodyMoves = now - std::max(log.MovedAt, runwayUsedAt_);
-        std::string what;
-        if (log.Unanswered && log.Asks && now - *log.Unanswered > LongestSilence) {
-            what = fmt::format("the conversation has stalled, no answer for {} minutes",
-                               minutes(*log.Unanswered));
-        } else if (!log.Airborne && (nobodyMoves > LongestStand || still > LongestTurn)) {
-            what = fmt::format("stuck on the ground for {} minutes", minutes(log.MovedAt));
-        } else if (log.Airborne && still > LongestFlight) {
-            what = fmt::format("stuck in the air for {} minutes", minutes(log.MovedAt));
-        } else if (log.LastText.empty() && now - log.CameAt > LongestSilence) {
-            what = "has never been welcomed";
-        } else {
-            continue;
-        }
+        if (!log.Present || log.Unruly != unruly) continue;
+        std::string what = WhatIsWrong(log, now);
+        if (what.empty()) continue;
         if (!log.LastText.empty()) what += fmt::format("; last heard: {}", CodePageToUtf8(log.LastText));
         troubles.push_back({name, std::move(what)});
     }
     return troubles;
+}
+
+std::vector<PilotTrouble> PracticeLog::Troubles(std::chrono::milliseconds now) const {
+    return TroublesOf(false, now);
+}
+
+std::vector<PilotTrouble> PracticeLog::UnrulyTroubles(std::chrono::milliseconds now) const {
+    return TroublesOf(true, now);
 }
 
 }  // namespace corvenna

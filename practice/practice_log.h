@@ -37,6 +37,7 @@ struct PilotLog {
     std::vector<Heard> Texts;  ///< likewise: those that were meant for him
 
     bool Present = true;  ///< in the session
+    bool Unruly = false;  ///< behaves badly on purpose
     ServiceHeard On = ServiceHeard::None;
     AircraftState Where;
     bool Served = false;  ///< under service at least once
@@ -70,10 +71,12 @@ struct PilotTrouble {
 /// PracticeTraffic. One thread.
 class PracticeLog {
   public:
-    /// On the ground: how long one may stand still, and for how long at most when meanwhile others take off
-    /// and land: then he waits for his turn. In the air: how long one may fly.
+    /// On the ground one may stand still for LongestStand. While others take off and land he may be waiting
+    /// for the runway, and then it is so much longer for each pilot who goes before him: those who are in the
+    /// air, for landings come first, and those who have stood for longer than he. In the air: how long one
+    /// may fly.
     static constexpr std::chrono::minutes LongestStand{15};
-    static constexpr std::chrono::minutes LongestTurn{45};
+    static constexpr std::chrono::minutes LongestTurn{5};
     static constexpr std::chrono::minutes LongestFlight{120};
     /// How long the controller may leave an answer of somebody who expects to hear something.
     static constexpr std::chrono::minutes LongestSilence{3};
@@ -90,8 +93,10 @@ class PracticeLog {
 
     PracticeTotals Totals() const { return totals_; }
 
-    /// Those in the session with whom something is wrong now, by name.
+    /// Those in the session with whom something is wrong now, by name. Who behaves badly on purpose is told
+    /// apart: with him something may well be wrong.
     std::vector<PilotTrouble> Troubles(std::chrono::milliseconds now) const;
+    std::vector<PilotTrouble> UnrulyTroubles(std::chrono::milliseconds now) const;
 
     /// Everybody who is in the session, and in a log that keeps tracks also those who were.
     const std::map<std::string, PilotLog, std::less<>>& Pilots() const { return pilots_; }
@@ -104,6 +109,9 @@ class PracticeLog {
     void CountInstructions(const PilotLog& log, std::string_view text);
     void NoteMovement(PilotLog& log, std::chrono::milliseconds now);
     void KeepTrack(PilotLog& log, std::chrono::milliseconds now);
+    std::vector<PilotTrouble> TroublesOf(bool unruly, std::chrono::milliseconds now) const;
+    std::string WhatIsWrong(const PilotLog& log, std::chrono::milliseconds now) const;
+    std::chrono::milliseconds LongestStandOf(const PilotLog& log) const;
     void Remark(std::string_view name, std::string_view what) const;
 
     double fieldFeet_;

@@ -174,8 +174,10 @@ void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::m
     if (controllerId_ == 0) stepBegan_ = now;
     controllerId_ = sender;
     if (flight_) flight_->Hear(text);
-    // What is said again brings nothing new; whoever is not heard at all asks on without growing patient.
-    silence_ = text == standingText_ ? std::min(2 * silence_, LongestSilence) : Silence;
+    // What is said again brings nothing new; whoever is not heard at all asks on without growing patient, and
+    // so does who is held: he may have been released without a word.
+    const bool held = flight_ && flight_->Holding();
+    silence_ = text == standingText_ && !held ? std::min(2 * silence_, LongestSilence) : Silence;
     standingText_ = std::move(text);
     heardAt_ = now;
     unheard_ = 0;
@@ -288,7 +290,7 @@ bool PracticePilot::Done(const Fly& step, std::chrono::milliseconds now) {
 }
 
 void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
-    if (flight_->StartsOver()) return StartOver(now);
+    if (flight_->StartsOver() && controllerId_ != 0) return StartOver(now);
     if (!answered_ && now - heardAt_ >= ThinkingTime) {
         for (const std::string& label : flight_->WantedLabels()) {
             const auto reply = ReplyFor(standingText_, label, airportCode_);

@@ -40,7 +40,8 @@ struct PilotScript {
     AircraftState Start;
     std::chrono::milliseconds ArrivesAt{0};
     std::vector<PilotStep> Steps;
-    bool Stays = false;  ///< whether he stays when the script is done; otherwise he leaves the session
+    bool Unruly = false;  ///< whether he behaves badly on purpose
+    bool Stays = false;   ///< whether he stays when the script is done; otherwise he leaves the session
 };
 
 /// Heard and said by one pilot; any may be missing.
@@ -101,6 +102,7 @@ class PracticePilot {
     void Leave();
 
     const std::string& Name() const { return script_.Name; }
+    bool IsUnruly() const { return script_.Unruly; }
     bool InSession() const { return stage_ == Stage::Flying; }
     bool Gone() const { return stage_ == Stage::Gone; }
 

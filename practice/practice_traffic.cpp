@@ -54,10 +54,11 @@ void PracticeTraffic::ForEach(const std::function<void(const PracticePilot& pilo
 void PracticeTraffic::Fill(Seat& seat, int number, std::chrono::milliseconds arrivesAt) {
     seat.Number = number;
     seat.InSession = false;
+    PilotScript script = ScriptOfPilot(chart_, number, arrivesAt);
+    script.Unruly = plan_.Unruly && Unruliness::IsOf(number);
     seat.Pilot = std::make_unique<PracticePilot>(makeSession_(), sessionName_, chart_->Code(),
-                                                 ScriptOfPilot(chart_, number, arrivesAt), events_.Talk);
-    const bool unruly = plan_.Unruly && Unruliness::IsOf(number);
-    if (!unruly) {
+                                                 std::move(script), events_.Talk);
+    if (!seat.Pilot->IsUnruly()) {
         seat.Mischief.reset();
     } else if (!seat.Mischief) {
         seat.Mischief = std::make_unique<Unruliness>(plan_.Seed);

@@ -32,8 +32,7 @@ so does Ctrl-C. For a practice without a simulator: corvenna-practice run.)";
 
 constexpr std::string_view WhatToType =
     "one of --join HOST, --search, --report FILE and --list-airports is needed; for a practice without a "
-    "simulator type "
-    "corvenna-practice run";
+    "simulator type corvenna-practice run";
 
 constexpr int Failed = 1;
 constexpr int WrongCommandLine = 2;

@@ -259,6 +259,7 @@ struct RunArguments {
     std::optional<std::string> Data;
     std::optional<double> Minutes;
     std::string Picture;
+    std::string Folder;
     int Speed = 1;
     bool Desktop = false;
 };
@@ -267,21 +268,27 @@ constexpr const char* RunExamples = R"(Examples:
   corvenna-practice run                                    until Ctrl-C
   corvenna-practice run --minutes 3 --speed 20 < /dev/null  an hour in three minutes
   corvenna-practice run --airport LOWI --pilots 12 --unruly
-  corvenna-practice run --desktop                          you are the controller
+  corvenna-practice run --desktop                          you are the controller, at the airport you choose
 
 While it runs, corvenna-practice sit NAME in another terminal takes you along.)";
 
 void AddRunOptions(CLI::App& command, RunArguments& options) {
-    command.add_option("--airport", options.Run.Airport, "Code or label of the airport")
-        ->capture_default_str();
+    auto* const airport =
+        command.add_option("--airport", options.Run.Airport, "Code or label of the airport")
+            ->capture_default_str();
     AddTraffic(command, options.Run.Traffic);
     auto* const speed = AddSpeed(command, options.Speed);
     AddLength(command, options.Minutes);
     AddPicture(command, options.Picture);
-    command
-        .add_flag("--desktop", options.Desktop,
-                  "Open the desktop program for the controller, who joins the session by himself")
-        ->excludes(speed);
+    auto* const desktop =
+        command
+            .add_flag("--desktop", options.Desktop,
+                      "Open the desktop program for the controller, who chooses the airport and joins the "
+                      "session by himself; the pilots come where he is")
+            ->excludes(airport, speed);
+    command.add_option("--folder", options.Folder, "The desktop program's own folder")
+        ->default_str("that of the airport database")
+        ->needs(desktop);
     command.add_option("--bind", options.Run.Bind, "Address of this computer at which the session is hosted")
         ->capture_default_str();
     AddFolders(command, options.App, options.Data);
@@ -304,10 +311,11 @@ std::vector<std::string> ConsoleStation(const RunArguments& arguments) {
 }
 
 /// The desktop program takes the current folder for its own.
-std::vector<std::string> DesktopStation(RunOptions& options) {
+std::vector<std::string> DesktopStation(RunOptions& options, const std::string& folder) {
+    options.Airport.clear();
     options.App = std::filesystem::absolute(options.App);
     if (!options.Picture.empty()) options.Picture = std::filesystem::absolute(options.Picture);
-    std::filesystem::current_path(options.App);
+    std::filesystem::current_path(folder.empty() ? options.App : PathOfUtf8(folder));
     return {(ProgramFolder() / "corvenna").string()};
 }
 
@@ -318,7 +326,8 @@ void RunAll(RunArguments arguments) {
     options.App = PracticeFolder(arguments.App, arguments.Data);
     options.Picture = PathOfUtf8(arguments.Picture);
     options.Length = Length(arguments.Minutes, arguments.Speed);
-    options.Station = arguments.Desktop ? DesktopStation(options) : ConsoleStation(arguments);
+    options.Station =
+        arguments.Desktop ? DesktopStation(options, arguments.Folder) : ConsoleStation(arguments);
     RunWholePractice(options, terminal, std::cout);
 }
 

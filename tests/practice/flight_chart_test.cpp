@@ -51,6 +51,30 @@ TEST(AirportChart, TheRunwayIsAsLongAndWideAsItIs) {
     EXPECT_FALSE(chart.IsOnRunway(chart.FromRunway({-0.01, 0})));
 }
 
+TEST(AirportChart, TheControllerLooksAlongTheNumberOfTheRunway) {
+    TestField field;
+    field.S.MagVarGrid.assign(MagVarGridSize, 3277);  // 18 degrees east
+    const AirportChart chart(field.S);
+    const Place along = PlaceBeyond(chart.Threshold(), field.S.RunwayHeading, 0.3);
+    EXPECT_TRUE(chart.IsWatched(along));
+    EXPECT_FALSE(chart.IsOnRunway(along));
+    EXPECT_TRUE(chart.IsNoPlaceToStop(along));
+    EXPECT_FALSE(chart.IsWatched(chart.FromRunway({0.3, 0})));
+    EXPECT_TRUE(chart.IsNoPlaceToStop(chart.FromRunway({0.3, 0})));
+    EXPECT_FALSE(chart.IsWatched(PlaceBeyond(chart.Threshold(), field.S.RunwayHeading, 6)));
+}
+
+TEST(AirportChart, NobodyHoldsShortWhereTheControllerTakesHimForOneOnTheRunway) {
+    for (const char* code : WithTaxiways) {
+        const AirportChart chart = ChartOf(code);
+        for (const ParkingSpot& spot : chart.Spots()) {
+            const auto way = chart.WayToRunway({spot.Latitude, spot.Longitude}, {});
+            ASSERT_FALSE(way.ToHoldShort.empty()) << code << " from " << spot.Name;
+            EXPECT_FALSE(chart.IsWatched(way.ToHoldShort.back())) << code << " from " << spot.Name;
+        }
+    }
+}
+
 TEST(AirportChart, MagneticHeadingsAreMadeTrueByTheVariationOfThePlace) {
     TestField field;
     field.S.MagVarGrid.assign(MagVarGridSize, 3277);  // 18 degrees east

@@ -300,6 +300,25 @@ TEST_F(PracticePilotInFlightTest, AfterHalfAMinuteOfSilenceHeAsksForARepeat) {
     EXPECT_THAT(Controller.Texts(), ElementsAre("R"));
 }
 
+TEST_F(PracticePilotInFlightTest, WhoIsHeldAsksAgainEveryHalfMinute) {
+    StepTo(1000ms);
+    Says("N1, Taxi to and hold short runway 16 using taxiway A .");
+    StepTo(2000ms);
+    const std::string_view held =
+        "N1. Choose one of the following options for the Ground frequency: 1-Close ATC Services";
+    int asked = 0;
+    Says(held);
+    for (auto now = 2000ms; now <= 200s; now += 100ms) {
+        StepTo(now);
+        for (const std::string& text : Controller.Texts()) {
+            EXPECT_EQ(text, "R");
+            ++asked;
+            Says(held);
+        }
+    }
+    EXPECT_GE(asked, 6);
+}
+
 TEST_F(PracticePilotInFlightTest, WhoeverIsNotHeardAtAllJoinsAnew) {
     StepTo(1000ms);
     Says(FrequencyMenu.substr(0, FrequencyMenu.find(" 2-")));

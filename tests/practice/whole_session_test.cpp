@@ -20,9 +20,11 @@ using testing::IsEmpty;
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr auto LongRun = 2h;
 constexpr auto UnrulyRun = 2h;
+constexpr int Crowd = 12;
 #else
 constexpr auto LongRun = 24h;
 constexpr auto UnrulyRun = 6h;
+constexpr int Crowd = 40;
 #endif
 
 // ---- Everybody who follows his clearances completes his plan
@@ -76,6 +78,7 @@ std::vector<Practice> Practices() {
     for (const char* code : {"KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"}) {
         practices.push_back({code, 6, 0});
         practices.push_back({code, 6, 6});
+        practices.push_back({code, Crowd, 0});
     }
     return practices;
 }
@@ -128,7 +131,7 @@ TEST_P(NobodyIsStuck, AfterAnHour) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AtEachAirport, NobodyIsStuck,
-                         testing::Values("KSEA", "KBFI", "LOWI", "NZWN", "KFHR", "KBID", "S31"));
+                         testing::Values("KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"));
 
 TEST(WholeSession, OverADayTheStationDoesNotGrow) {
     TrafficSession session("KSEA", {.Pilots = 6, .Seed = 1, .Unruly = true}, 1s);

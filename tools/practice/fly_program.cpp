@@ -32,7 +32,7 @@ class Flights {
         : options_(options), terminal_(terminal), out_(out), began_(terminal.Now()) {}
 
     void AtOneAirport(std::string_view codeOrLabel) {
-        FlyAt(codeOrLabel, [](std::chrono::milliseconds) { return true; });
+        FlyAt(codeOrLabel, options_.Length, [](std::chrono::milliseconds) { return true; });
     }
 
     void WhereTheControllerIs() {
@@ -52,7 +52,7 @@ class Flights {
             }
             Print(Now(),
                   fmt::format("the controller is at {}, and so are the pilots", CodePageToUtf8(*label)));
-            FlyAt(*label, [&](std::chrono::milliseconds now) {
+            FlyAt(*label, TimeLeft(), [&](std::chrono::milliseconds now) {
                 listener.Step(now);
                 return listener.Airport() == airport;
             });
@@ -65,9 +65,19 @@ class Flights {
   private:
     std::chrono::milliseconds Now() const { return terminal_.Now() - began_; }
 
+    std::optional<std::chrono::milliseconds> TimeLeft() const {
+        if (!options_.Length) return std::nullopt;
+        return std::max(*options_.Length - Now(), 0ms);
+    }
+
     bool TimeIsOver() const { return options_.Length && Now() >= *options_.Length; }
 
+    bool GoesOn(std::chrono::milliseconds now) const {
+        return !options_.Meanwhile || options_.Meanwhile(now);
+    }
+
     void Print(std::chrono::milliseconds time, std::string_view line) {
+        if (!options_.Tells) return;
         out_ << ClockText(time) << "  " << line << std::endl;
     }
 
@@ -88,22 +98,22 @@ class Flights {
                                 options_.Access.Host));
             }
             if (TimeIsOver()) return false;
-            if (!terminal_.Wait(ListenInterval).StopAsked) continue;
+            if (GoesOn(Now()) && !terminal_.Wait(ListenInterval).StopAsked) continue;
             if (airport.empty()) Print(Now(), "no controller has come");
             return false;
         }
         return true;
     }
 
-    void FlyAt(std::string_view codeOrLabel, const std::function<bool(std::chrono::milliseconds now)>& goOn) {
+    void FlyAt(std::string_view codeOrLabel, std::optional<std::chrono::milliseconds> length,
+               const std::function<bool(std::chrono::milliseconds now)>& goOn) {
         Station station;
         SelectByName(station, options_.Access.App, codeOrLabel);
         const auto came = Now();
         FlyingParty party(std::move(station), options_.Access, options_.Traffic, !options_.Picture.empty(),
                           [&](auto time, const std::string& line) { Print(came + time, line); });
-        std::optional<std::chrono::milliseconds> length = options_.Length;
-        if (length) length = std::max(*length - came, 0ms);
-        FlyUntil(party, terminal_, length, goOn);
+        FlyUntil(party, terminal_, length,
+                 [&](std::chrono::milliseconds now) { return GoesOn(came + now) && goOn(now); });
         const std::string summary = party.Summary();
         party.Leave();
         if (!options_.Picture.empty()) party.DrawPicture(options_.Picture);

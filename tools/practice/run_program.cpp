@@ -2,13 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 
-#include "practice/practice_folder.h"
 #include "practice/simulator_peer.h"
-#include "station/code_page.h"
 #include "tools/platform/platform.h"
+#include "tools/practice/fly_program.h"
 #include "tools/practice/started_program.h"
 
 namespace corvenna {
@@ -28,35 +29,37 @@ SimulatorPeer MakeHost(const DirectPlayOptions& options) {
 }  // namespace
 
 void RunWholePractice(const RunOptions& options, Terminal& terminal, std::ostream& out) {
-    Station station;
-    SelectByName(station, options.App, Utf8ToCodePage(options.Airport));
+    FlyOptions flying;
+    flying.Access = {options.Bind, options.Airport, options.App, options.Sockets};
+    flying.Access.Sockets.BindIp = OwnAddress(options.Bind);
+    flying.Traffic = options.Traffic;
+    flying.Length = options.Length;
+    flying.Picture = options.Picture;
+    flying.Tells = options.Airport.empty();
 
     DirectPlayOptions hosting;
-    hosting.Sockets = options.Sockets;
-    hosting.Sockets.BindIp = OwnAddress(options.Bind);
+    hosting.Sockets = flying.Access.Sockets;
     SimulatorPeer host = MakeHost(hosting);
     host.Host(std::string(SessionName), options.Traffic.Pilots + BesidesThePilots);
 
-    SessionAccess access;
-    access.Host = options.Bind;
-    access.Sockets = hosting.Sockets;
-    FlyingParty party(std::move(station), access, options.Traffic, !options.Picture.empty(), {});
-    StartedProgram controller(options.Station);
-    LeaveInputToOthers();
-    FlyUntil(party, terminal, options.Length, [&](std::chrono::milliseconds now) {
+    std::optional<StartedProgram> controller;
+    flying.Meanwhile = [&](std::chrono::milliseconds now) {
+        if (!controller) {
+            controller.emplace(options.Station);
+            LeaveInputToOthers();
+        }
         host.Step(now);
-        return !controller.Status();
-    });
-    const std::optional<int> early = controller.Status();
-    const std::string summary = party.Summary();
-    controller.End();
-    party.Leave();
+        return !controller->Status();
+    };
+    std::ostringstream summary;  // comes behind the last words of a station that prints what is said
+    RunFly(flying, terminal, flying.Tells ? out : summary);
+    const int early = controller ? controller->Status().value_or(0) : 0;
+    controller.reset();
     host.Leave();
-    if (!options.Picture.empty()) party.DrawPicture(options.Picture);
-    out << summary << std::flush;
-    if (early && *early != 0) {
+    out << summary.str() << std::flush;
+    if (early != 0) {
         throw std::runtime_error(
-            fmt::format("the station's program {} has ended with status {}", options.Station[0], *early));
+            fmt::format("the station's program {} has ended with status {}", options.Station[0], early));
     }
 }
 

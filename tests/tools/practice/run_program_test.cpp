@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "tools/child_process.h"
+#include "tools/console/system_terminal.h"
 #include "tools/practice/loopback.h"
 
 namespace corvenna {
@@ -91,6 +92,24 @@ TEST(RunProgramTest, AStationThatFailsIsNamedWithItsStatus) {
         EXPECT_STREQ(error.what(), "the station's program " CORVENNA_PRACTICE " has ended with status 2");
     }
     EXPECT_THAT(out.str(), HasSubstr("(KSEA): "));
+}
+
+TEST(RunProgramTest, WithoutAnAirportThePilotsComeWhereTheStationIs) {
+    RunOptions options;
+    options.Airport = "";
+    options.App = PracticeApp();
+    options.Bind = "127.0.23.7";
+    options.Traffic.Pilots = 1;
+    options.Station = {CORVENNA_CONSOLE,       "--join",  options.Bind, "--airport", "LOWI", "--app",
+                       PracticeApp().string(), "--speed", "20",         "--minutes", "0.1"};
+    SystemTerminal keyboard;
+    FasterTerminal terminal(keyboard, 20);
+    std::ostringstream out;
+    RunWholePractice(options, terminal, out);
+    EXPECT_THAT(out.str(),
+                HasSubstr("the controller is at Innsbruck Kranebitten (LOWI), and so are the pilots"));
+    EXPECT_THAT(out.str(), HasSubstr("N101CV is at the ramp"));
+    EXPECT_THAT(out.str(), HasSubstr("(LOWI): 1 pilot came"));
 }
 
 }  // namespace

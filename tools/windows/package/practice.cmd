@@ -2,9 +2,9 @@
 rem Hosts a session on this computer, flies pilots in it, and opens Corvenna for you.
 title Corvenna: a practice session
 pushd "%~dp0"
-echo A practice session on this computer, at Seattle-Tacoma (KSEA). Corvenna opens at once:
+echo A practice session on this computer. Corvenna opens at once:
 echo.
-echo   1. Choose "Seattle-Tacoma Intl (KSEA)" and press Next.
+echo   1. Choose an airport and press Next. The pilots come there.
 echo   2. Choose "Practice Session On This Computer", search, select the session, join.
 echo   3. Press "Start Monitoring Traffic".
 echo.
