@@ -44,13 +44,6 @@ std::filesystem::path ProgramFolder() {
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
-void AllowManyOpenFiles() {
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
-}
-
 std::string SystemVersion() {
     utsname system{};
     if (uname(&system) != 0) return "unknown";
