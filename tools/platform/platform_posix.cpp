@@ -28,6 +28,13 @@ void LeaveInputToOthers() {
     close(nothing);
 }
 
+void AllowManyOpenFiles() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 bool ErrorOutputIsTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 std::filesystem::path CacheFolder() {
