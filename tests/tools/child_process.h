@@ -23,6 +23,10 @@ class ChildProcess {
     /// SIGINT or SIGTERM. On Windows both are Ctrl-Break, which is all that one program can send another.
     void Signal(int signal);
 
+    /// False where a test that needs it is to be skipped.
+    static bool CanSignal();
+    static constexpr const char* NoSignals = "programs can't be asked to end here";
+
     void Type(const std::string& line);
     void EndInput();
 

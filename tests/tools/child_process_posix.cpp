@@ -49,6 +49,8 @@ ChildProcess::Process::~Process() {
     close(Of->Output);
 }
 
+bool ChildProcess::CanSignal() { return true; }
+
 void ChildProcess::Process::Signal(int signal) { kill(Of->Pid, signal); }
 
 void ChildProcess::Process::Kill() { kill(Of->Pid, SIGKILL); }

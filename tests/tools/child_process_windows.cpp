@@ -34,11 +34,6 @@ struct Pipe {
 
 void KeepHere(HANDLE handle) { SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0); }
 
-/// Ctrl-Break reaches only those who share a console with the sender.
-void NeedConsole() {
-    if (GetConsoleCP() == 0) AllocConsole();
-}
-
 }  // namespace
 
 struct ChildProcess::Process::Handles {
@@ -48,7 +43,6 @@ struct ChildProcess::Process::Handles {
 };
 
 ChildProcess::Process::Process(const std::vector<std::string>& command) : Of(std::make_unique<Handles>()) {
-    NeedConsole();
     const Pipe input, output;
     KeepHere(input.Writes);
     KeepHere(output.Reads);
@@ -73,6 +67,12 @@ ChildProcess::Process::~Process() {
     CloseHandle(Of->Output);
     CloseHandle(Of->Info.hThread);
     CloseHandle(Of->Info.hProcess);
+}
+
+/// Ctrl-Break reaches those who share a console with the sender; Wine does not know it.
+bool ChildProcess::CanSignal() {
+    const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+    return !isWine && GetConsoleCP() != 0;
 }
 
 void ChildProcess::Process::Signal(int) { GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, Of->Info.dwProcessId); }

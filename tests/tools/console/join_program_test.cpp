@@ -68,6 +68,7 @@ struct PilotAtSeattle : NetworkPilot {
 // ---- Whole conversations
 
 TEST(JoinedSession, APilotIsServedFromTheWelcomeToAFrequency) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     HostProcess host({"--port", "0", "--observer", "--name", "Friday evening"});
     ConsoleProcess console({"--join", host.Address, "--airport", "KSEA", "--callsign", "Seattle"});
     console.WaitFor("monitoring traffic");
@@ -98,6 +99,7 @@ TEST(JoinedSession, APilotIsServedFromTheWelcomeToAFrequency) {
 }
 
 TEST(JoinedSession, WhenTheHostGoesTheStationServesOn) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     HostProcess host({"--port", "0", "--observer"});
     ConsoleProcess console({"--join", host.Address});
     console.WaitFor("monitoring traffic");
@@ -145,6 +147,7 @@ TEST(JoinedSession, AtTheUsualPortTheAddressIsEnough) {
 // ---- Ctrl-C
 
 TEST(CtrlC, EndsTheSearch) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     ConsoleProcess console({"--join", Nobody});
     console.WaitFor("Status: Searching");
     console.Signal(SIGINT);
@@ -163,6 +166,7 @@ TEST(CtrlC, EndsTheListOfSessionsWithoutAWord) {
 }
 
 TEST(CtrlC, EndsTheWaitForAdmissionWithTheSessionLeft) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     NetworkPilot host({"HOST", "", true, {}});
     host.Peer.Host("Friday", 8);
     ConsoleProcess console({"--join", host.Address()});

@@ -34,6 +34,7 @@ std::vector<std::string> Fly(const std::string& address, const std::vector<std::
 }
 
 TEST(FlyProgramTest, PilotsComeAnswerAndLeaveWithASummaryWhenAsked) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.21.1";
     LoopbackHost host(Address, 8, "KSEA_Controller");
     ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));
@@ -72,6 +73,7 @@ class Controller {
 };
 
 TEST(FlyProgramTest, PilotsFollowTheControllerToAnotherAirport) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.21.2";
     LoopbackHost host(Address, 8);
     ChildProcess fly(Fly(Address, {"--pilots", "1"}));
@@ -95,6 +97,7 @@ TEST(FlyProgramTest, PilotsFollowTheControllerToAnotherAirport) {
 }
 
 TEST(FlyProgramTest, AnAirportThatTheDatabaseLacksIsNamedAndTheNextOneWaitedFor) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.21.12";
     LoopbackHost host(Address, 8);
     ChildProcess fly(Fly(Address, {"--pilots", "1", "--speed", "20"}));
@@ -114,6 +117,7 @@ TEST(FlyProgramTest, AnAirportThatTheDatabaseLacksIsNamedAndTheNextOneWaitedFor)
 }
 
 TEST(FlyProgramTest, WhoIsAskedToEndBeforeAControllerHasComeLeavesTidily) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.21.13";
     LoopbackHost host(Address, 8);
     ChildProcess fly(Fly(Address));
@@ -186,6 +190,7 @@ TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
 }
 
 TEST(FlyProgramTest, WhenTheControllerLeavesPilotsGoOnAndSaySo) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.21.4";
     LoopbackHost host(Address, 8);
     ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "1", "--speed", "20"}));

@@ -75,6 +75,7 @@ TEST(PracticeHostProgram, SaysInOneLineWhenItCanBeJoined) {
 }
 
 TEST(PracticeHostProgram, EndsCleanlyByEitherSignal) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     for (const int signal : {SIGTERM, SIGINT}) {
         HostProcess host({"--port", "0"});
         Hand hand(host.Ready());

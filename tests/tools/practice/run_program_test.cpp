@@ -34,6 +34,7 @@ TEST(RunProgramTest, ServesPilotsAndEndsWithASummary) {
 }
 
 TEST(RunProgramTest, ATerminationSignalEndsAllOfIt) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     ChildProcess run(RunAt("127.0.23.2", {"--airport", "LOWI"}));
     run.WaitFor("N101CV. Welcome to Corvenna");
     run.Signal(SIGTERM);

@@ -116,6 +116,7 @@ TEST(SitProgramTest, TheEndOfTheInputAndOfPatienceEndsIt) {
 }
 
 TEST(SitProgramTest, ATerminationSignalLeavesTheSession) {
+    if (!ChildProcess::CanSignal()) GTEST_SKIP() << ChildProcess::NoSignals;
     constexpr const char* Address = "127.0.22.4";
     LoopbackHost host(Address, 8);
     ChildProcess sit(Sit(Address, {"--airport", "KSEA"}));
