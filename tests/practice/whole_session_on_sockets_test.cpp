@@ -10,6 +10,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
+#ifdef CORVENNA_SHORT_RUNS
+constexpr auto Run = 30min;
+constexpr int Flights = 1;
+#else
+constexpr auto Run = 60min;
+constexpr int Flights = 2;
+#endif
+
 TEST(WholeSessionOnSockets, AVisualCircuitIsHeardWordByWord) {
     ExpectTranscript("KSEA", 0, "visual_circuit.txt", std::make_unique<SocketCarrier>());
 }
@@ -20,13 +28,13 @@ TEST(WholeSessionOnSockets, AnInstrumentFlightOutAndBackIsHeardWordByWord) {
 
 class NobodyIsStuckOnSockets : public testing::TestWithParam<const char*> {};
 
-TEST_P(NobodyIsStuckOnSockets, AfterAnHour) {
+TEST_P(NobodyIsStuckOnSockets, AfterAWhile) {
     TrafficSession session(GetParam(), {.Pilots = 6}, 250ms, std::make_unique<SocketCarrier>());
-    session.RunFor(1h);
+    session.RunFor(Run);
     for (const PilotTrouble& trouble : session.Log.Troubles(session.Session.Now)) {
         ADD_FAILURE() << trouble.Name << ": " << trouble.What;
     }
-    EXPECT_GT(session.Completed, 1);
+    EXPECT_GE(session.Completed, Flights);
     EXPECT_EQ(session.Lost, std::vector<std::string>());
 }
 

@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::IsEmpty;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef CORVENNA_SHORT_RUNS
 constexpr auto LongRun = 2h;
 constexpr auto UnrulyRun = 2h;
 constexpr int Crowd = 12;
