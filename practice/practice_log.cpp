@@ -159,15 +159,6 @@ void PracticeLog::KeepTrack(PilotLog& log, std::chrono::milliseconds now) {
 
 // ---- Who is stuck
 
-/// Together with the wait for those who go before him.
-std::chrono::milliseconds PracticeLog::LongestStandOf(const PilotLog& log) const {
-    const auto ahead = std::count_if(pilots_.begin(), pilots_.end(), [&](const auto& entry) {
-        const PilotLog& other = entry.second;
-        return other.Present && (other.Airborne || other.MovedAt < log.MovedAt);
-    });
-    return LongestStand + ahead * LongestTurn;
-}
-
 /// Empty when nothing is.
 std::string PracticeLog::WhatIsWrong(const PilotLog& log, std::chrono::milliseconds now) const {
     const auto minutes = [&](std::chrono::milliseconds since) {
@@ -179,7 +170,7 @@ std::string PracticeLog::WhatIsWrong(const PilotLog& log, std::chrono::milliseco
         return fmt::format("the conversation has stalled, no answer for {} minutes",
                            minutes(*log.Unanswered));
     }
-    if (!log.Airborne && (nobodyMoves > LongestStand || still > LongestStandOf(log))) {
+    if (!log.Airborne && (nobodyMoves > LongestStand || still > LongestTurn)) {
         return fmt::format("stuck on the ground for {} minutes", minutes(log.MovedAt));
     }
     if (log.Airborne && still > LongestFlight) {

@@ -71,12 +71,10 @@ struct PilotTrouble {
 /// PracticeTraffic. One thread.
 class PracticeLog {
   public:
-    /// On the ground one may stand still for LongestStand. While others take off and land he may be waiting
-    /// for the runway, and then it is so much longer for each pilot who goes before him: those who are in the
-    /// air, for landings come first, and those who have stood for longer than he. In the air: how long one
-    /// may fly.
+    /// On the ground: how long one may stand still, and for how long at most when meanwhile others take off
+    /// and land: then he waits for his turn. In the air: how long one may fly.
     static constexpr std::chrono::minutes LongestStand{15};
-    static constexpr std::chrono::minutes LongestTurn{5};
+    static constexpr std::chrono::minutes LongestTurn{45};
     static constexpr std::chrono::minutes LongestFlight{120};
     /// How long the controller may leave an answer of somebody who expects to hear something.
     static constexpr std::chrono::minutes LongestSilence{3};
@@ -111,7 +109,6 @@ class PracticeLog {
     void KeepTrack(PilotLog& log, std::chrono::milliseconds now);
     std::vector<PilotTrouble> TroublesOf(bool unruly, std::chrono::milliseconds now) const;
     std::string WhatIsWrong(const PilotLog& log, std::chrono::milliseconds now) const;
-    std::chrono::milliseconds LongestStandOf(const PilotLog& log) const;
     void Remark(std::string_view name, std::string_view what) const;
 
     double fieldFeet_;
