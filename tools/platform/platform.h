@@ -36,7 +36,7 @@ class ConsoleSpelling {
     ConsoleSpelling& operator=(const ConsoleSpelling&) = delete;
 
   private:
-    unsigned before_ = 0;
+    [[maybe_unused]] unsigned before_ = 0;  ///< where consoles have such a thing
 };
 
 /// From here on standard output gets the bytes that are written, also at the ends of lines.

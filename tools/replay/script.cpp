@@ -101,6 +101,18 @@ std::vector<std::byte> BytesFromHex(const std::string& hex) {
 
 // ---- One function for each word of "do"
 
+void ApplyToAirport(Station& station, const std::string& name, const Json& value) {
+    if (name == "Mountains") {
+        MountainsFromJson(value, station);
+    } else if (name == "MagVarGrid") {
+        std::int16_t everywhere = 0;
+        FromJson(value, everywhere);
+        std::fill(station.MagVarGrid.begin(), station.MagVarGrid.end(), everywhere);
+    } else if (!SetStationField(station, name, value)) {
+        throw FieldError("there is no such field of the station");
+    }
+}
+
 /// Sets the fields of the airport, those not given to zero or empty, and nothing of the session.
 void ApplyAirport(Station& station, const Json& members) {
     VisitStationFields(station, [](const char* /*name*/, auto& field) {
@@ -112,19 +124,9 @@ void ApplyAirport(Station& station, const Json& members) {
     MountainsFromJson(Json::array(), station);
     std::fill(station.MagVarGrid.begin(), station.MagVarGrid.end(), std::int16_t{0});
 
-    for (const auto& [name, value] : members.items()) {
-        if (name == "do") continue;
-        InMember(name, [&] {
-            if (name == "Mountains") {
-                MountainsFromJson(value, station);
-            } else if (name == "MagVarGrid") {
-                std::int16_t everywhere = 0;
-                FromJson(value, everywhere);
-                std::fill(station.MagVarGrid.begin(), station.MagVarGrid.end(), everywhere);
-            } else if (!SetStationField(station, name, value)) {
-                throw FieldError("there is no such field of the station");
-            }
-        });
+    for (const auto& member : members.items()) {
+        if (member.key() == "do") continue;
+        InMember(member.key(), [&] { ApplyToAirport(station, member.key(), member.value()); });
     }
 }
 
@@ -205,9 +207,10 @@ Action MakeChat(ScriptLine& line) {
 }
 
 void SetFields(PlayerRecord& pilot, const Json& fields) {
-    for (const auto& [name, value] : fields.items()) {
-        InMember(name, [&] {
-            if (!SetPlayerField(pilot, name, value)) throw FieldError("there is no such field of a pilot");
+    for (const auto& field : fields.items()) {
+        InMember(field.key(), [&] {
+            if (SetPlayerField(pilot, field.key(), field.value())) return;
+            throw FieldError("there is no such field of a pilot");
         });
     }
 }
