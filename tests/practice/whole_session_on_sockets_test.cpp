@@ -11,10 +11,10 @@ namespace {
 using namespace std::chrono_literals;
 
 #ifdef CORVENNA_SHORT_RUNS
-constexpr auto Run = 30min;
+constexpr auto LongRun = 30min;
 constexpr int Flights = 1;
 #else
-constexpr auto Run = 60min;
+constexpr auto LongRun = 60min;
 constexpr int Flights = 2;
 #endif
 
@@ -30,7 +30,7 @@ class NobodyIsStuckOnSockets : public testing::TestWithParam<const char*> {};
 
 TEST_P(NobodyIsStuckOnSockets, AfterAWhile) {
     TrafficSession session(GetParam(), {.Pilots = 6}, 250ms, std::make_unique<SocketCarrier>());
-    session.RunFor(Run);
+    session.RunFor(LongRun);
     for (const PilotTrouble& trouble : session.Log.Troubles(session.Session.Now)) {
         ADD_FAILURE() << trouble.Name << ": " << trouble.What;
     }
