@@ -40,7 +40,8 @@ TEST(JsonFile, AMissingFileIsNamed) {
 }
 
 TEST(JsonFile, AFolderIsNoFile) {
-    const auto words = ComplaintOf<DataFileError>([] { JsonFile file(std::filesystem::temp_directory_path()); });
+    const auto words =
+        ComplaintOf<DataFileError>([] { JsonFile file(std::filesystem::temp_directory_path()); });
     EXPECT_THAT(words, EndsWith(": the file can't be read"));
 }
 
