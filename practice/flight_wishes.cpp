@@ -83,6 +83,7 @@ constexpr std::string_view Close = "Close ATC Services";
 }  // namespace
 
 std::vector<std::string> Flight::WantedLabels() const {
+    if (takesNameOut_) return {"Use ATC services", std::string(Close)};
     const auto mine = [&](Who who) {
         switch (who) {
             case Who::Anybody:
@@ -117,7 +118,9 @@ void Flight::Picked(std::string_view label) {
         return stage_ == stage && label == what;
     };
     if (label.starts_with("Announce")) announced_ = true;
-    if (picked(Parked, "Report Parking")) {
+    if (takesNameOut_ && label == Close) {
+        takesNameOut_ = queued_ = false;
+    } else if (picked(Parked, "Report Parking")) {
         Enter(Reported);
     } else if (picked(Reported, Close) || picked(Parked, Close)) {
         Enter(Over);
