@@ -118,9 +118,12 @@ void Flight::Picked(std::string_view label) {
         return stage_ == stage && label == what;
     };
     if (label.starts_with("Announce")) announced_ = true;
-    if (takesNameOut_ && label == Close) {
-        takesNameOut_ = queued_ = false;
-    } else if (picked(Parked, "Report Parking")) {
+    if (label == Close) {
+        const bool nothingElse = takesNameOut_;
+        queued_ = takesNameOut_ = false;
+        if (nothingElse) return;
+    }
+    if (picked(Parked, "Report Parking")) {
         Enter(Reported);
     } else if (picked(Reported, Close) || picked(Parked, Close)) {
         Enter(Over);
