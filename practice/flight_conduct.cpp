@@ -40,6 +40,8 @@ void Flight::Enter(FlightStage stage) {
     stage_ = stage;
     inStage_ = 0ms;
     announced_ = false;
+    if (stage == AwaitingTakeoff || stage == LiningUp) queued_ = true;
+    if (stage == Vacated || stage == Over) queued_ = false;
 }
 
 bool Flight::IsOver() const { return stage_ == Over && inStage_ >= LastWords; }
@@ -109,8 +111,11 @@ void Flight::HearGround(std::string_view text) {
     }
 }
 
+/// The controller takes the name of somebody whom it loses out of no queue: that is done only for who closes
+/// a service of his.
 void Flight::LoseService() {
     LoseFrequency();
+    takesNameOut_ = queued_;
     startsOver_ = false;
     startingOver_ = 0ms;
     sinceNews_ = 0ms;
@@ -142,6 +147,7 @@ void Flight::Obey(const Instruction& told) {
             if (stage_ == Vacated || stage_ == TaxiingIn) StartTaxiIn(told);
             break;
         case Order::HoldPosition:
+            if (IsFlying()) startsOver_ = true;
             holding_ = IsOnTaxiways();
             break;
         case Order::ContinueTaxi:
@@ -164,7 +170,7 @@ void Flight::Obey(const Instruction& told) {
             EnterCircuit(chart_->SeenFromRunway(aircraft_.Where()).Right < 0 ? -1 : 1, true);
             break;
         case Order::Land:
-            clearedToLand_ = true;
+            clearedToLand_ = queued_ = true;
             break;
         case Order::GoAround:
             if (IsFlying()) GoAround();

@@ -149,7 +149,9 @@ class Flight {
     bool startsOver_ = false;
     std::chrono::milliseconds startingOver_{0};
     std::chrono::milliseconds sinceHeard_{0};
-    std::string news_;  ///< the last text that was not merely said again, and no call of traffic
+    bool queued_ = false;        ///< whether his name stands in the Tower's queue, as far as he knows
+    bool takesNameOut_ = false;  ///< he was forgotten with his name in the queue, where it blocks the runway
+    std::string news_;           ///< the last text that was not merely said again, and no call of traffic
     std::chrono::milliseconds sinceNews_{0};
     std::chrono::milliseconds sinceRunwayUsed_{0};  ///< as seen from the holding point
     std::span<const Sighting> others_;              ///< while time passes

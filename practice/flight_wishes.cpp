@@ -83,6 +83,7 @@ constexpr std::string_view Close = "Close ATC Services";
 }  // namespace
 
 std::vector<std::string> Flight::WantedLabels() const {
+    if (takesNameOut_) return {"Use ATC services", std::string(Close)};
     const auto mine = [&](Who who) {
         switch (who) {
             case Who::Anybody:
@@ -117,6 +118,11 @@ void Flight::Picked(std::string_view label) {
         return stage_ == stage && label == what;
     };
     if (label.starts_with("Announce")) announced_ = true;
+    if (label == Close) {
+        const bool nothingElse = takesNameOut_;
+        queued_ = takesNameOut_ = false;
+        if (nothingElse) return;
+    }
     if (picked(Parked, "Report Parking")) {
         Enter(Reported);
     } else if (picked(Reported, Close) || picked(Parked, Close)) {

@@ -1,6 +1,6 @@
 #include "practice/flight_conduct.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <vector>
 
@@ -10,6 +10,7 @@ namespace corvenna {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 
 constexpr std::string_view HoldPosition =
     "N1, Hold position, caution other traffic. Choose one of the following options for the Ground frequency: "
@@ -94,6 +95,20 @@ TEST_F(FlightTest, AnInstructionOnTheWayHomeIsNews) {
     flight.Hear("N1, Descent and Maintain 2000 ft.");
     flight.Move(1min);
     EXPECT_FALSE(flight.StartsOver());
+}
+
+TEST_F(FlightTest, WhoIsForgottenInTheQueueClosesOnceMoreToLeaveIt) {
+    constexpr std::string_view Welcome =
+        "N1. Welcome. Want to use our ATC services at Test Field?: 1-Use ATC services";
+    Flight flight = Arriving(3000);
+    flight.Hear("N1, You are cleared to land on runway 16. Number 1 for landing.");
+    flight.Hear(Welcome);
+    EXPECT_EQ(flight.WantedLabels(), (std::vector<std::string>{"Use ATC services", "Close ATC Services"}));
+    flight.Picked("Use ATC services");
+    flight.Picked("Close ATC Services");
+    flight.Hear(Welcome);
+    EXPECT_EQ(flight.Stage(), FlightStage::Inbound);
+    EXPECT_THAT(flight.WantedLabels(), Contains("IFR"));
 }
 
 // ---- Room for others

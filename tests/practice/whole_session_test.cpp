@@ -131,7 +131,7 @@ TEST_P(NobodyIsStuck, AfterAnHour) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AtEachAirport, NobodyIsStuck,
-                         testing::Values("KSEA", "KBFI", "LOWI", "NZWN", "KFHR", "KBID", "S31"));
+                         testing::Values("KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"));
 
 TEST(WholeSession, OverADayTheStationDoesNotGrow) {
     TrafficSession session("KSEA", {.Pilots = 6, .Seed = 1, .Unruly = true}, 1s);
