@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             }
         }
         areas.resize(std::min(areas.size(), MostFolders));
-        FixSceneryPaths(areas, "no such simulator");
+        FixSceneryPaths(areas, "no such simulator", {"c: [games]", "z: \\\\server\\games"});
         Require(std::all_of(areas.begin(), areas.end(),
                             [](const SceneryArea& area) {
                                 return area.Local.empty() || area.Local.ends_with("scenery");
