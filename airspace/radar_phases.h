@@ -8,7 +8,7 @@ namespace corvenna {
 /// What PlayerRecord::Phase holds on the Approach and the ARTCC frequency. "Approach" has another meaning
 /// once the Tower has the pilot: there he waits for his landing clearance.
 namespace RadarPhase {
-inline constexpr std::string_view None = "";
+inline constexpr std::string_view None{};
 
 inline constexpr std::string_view ContactDeparture = "Contact Departure";
 inline constexpr std::string_view Departure = "Departure";

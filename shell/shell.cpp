@@ -70,7 +70,7 @@ void Shell::Start() {
 
 void Shell::StartUp() {
     program_.AppFolder = WithoutLastSeparator(ToPath(QDir::currentPath()));
-    if (!FindFolder(program_.AppFolder)) program_.AppFolder = ".";  // its name can't be spelled
+    if (!FindFolder(program_.AppFolder)) program_.AppFolder = std::string(".");  // its name can't be spelled
     switch (DecideStartUp(program_)) {
         case StartUp::TerrainMissing:
             ShowBox(BoxIcon::Exclamation, TerrainMissing);

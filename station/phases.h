@@ -6,7 +6,7 @@
 /// Words are compared exactly, blanks and capitals included.
 namespace corvenna::Phase {
 
-inline constexpr std::string_view None = "";  ///< nothing asked for yet
+inline constexpr std::string_view None{};  ///< nothing asked for yet
 
 // To the runway. The Tower takes over a pilot who is still in TaxiingToRunway.
 inline constexpr std::string_view AcknowledgeTaxiToRunway = "Acknowledge taxi to runway";

@@ -174,6 +174,7 @@ std::optional<fs::path> FindPlainFile(std::string_view path) { return Find(path,
 std::vector<std::string> ListBglFiles(const fs::path& folder) {
     struct Name {
         std::string Lower, Exact;
+        // NOLINTNEXTLINE(modernize-use-nullptr): the nought in it is the compiler's own
         auto operator<=>(const Name&) const = default;
     };
     std::vector<Name> names;

@@ -15,7 +15,7 @@ struct DrawingPoint {
 struct Stroke {
     std::string_view Color = "#1c1c1c";
     double Width = 1;
-    std::string_view Dashes = "";  ///< lengths of dashes and gaps, empty for a whole line
+    std::string_view Dashes{};  ///< lengths of dashes and gaps, empty for a whole line
     bool RoundEnds = false;
 };
 

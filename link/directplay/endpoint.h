@@ -13,6 +13,7 @@ struct Endpoint {
     std::uint32_t Ip = 0;
     std::uint16_t Port = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the nought in it is the compiler's own
     auto operator<=>(const Endpoint&) const = default;
 };
 

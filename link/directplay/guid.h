@@ -15,6 +15,7 @@ struct Guid {
     std::uint16_t Data3 = 0;
     std::array<std::uint8_t, 8> Data4{};
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the nought in it is the compiler's own
     auto operator<=>(const Guid&) const = default;
     bool IsZero() const { return *this == Guid{}; }
 };

@@ -423,7 +423,7 @@ void FlyCircuit(std::string_view quadrant, std::string_view entry) {
     SCOPED_TRACE(quadrant);
     TowerScene scene("");
     std::vector<std::string> heard;
-    const auto tick = [&](std::string_view typed = "") {
+    const auto tick = [&](std::string_view typed = {}) {
         if (!typed.empty()) scene.Field.Types("N1", typed);
         scene.Field.Tick();
         for (const std::string& text : scene.Field.Heard("N1")) heard.push_back(text);

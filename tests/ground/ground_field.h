@@ -21,7 +21,7 @@ struct GroundField {
     std::int32_t Point(double east, double north);
     std::int32_t Spot(std::string_view name, double east, double north, std::int32_t radius = 100);
 
-    void Path(std::int32_t kind, std::int32_t start, std::int32_t end, std::string_view name = "");
+    void Path(std::int32_t kind, std::int32_t start, std::int32_t end, std::string_view name = {});
     void Taxiway(std::int32_t start, std::int32_t end, std::string_view name) { Path(0, start, end, name); }
     void Runway(std::int32_t start, std::int32_t end, std::string_view name = "Runway 16") {
         Path(1, start, end, name);
@@ -34,13 +34,13 @@ struct GroundField {
     void StraightNetwork();
 
     /// A pilot on Ground, 2000 ft east and 3000 ft north of it all, on the ground.
-    PlayerRecord& Pilot(std::string_view name, std::string_view phase = "", std::uint8_t flightRules = Vfr);
+    PlayerRecord& Pilot(std::string_view name, std::string_view phase = {}, std::uint8_t flightRules = Vfr);
 
     void Move(PlayerRecord& pilot, double east, double north);
 
     /// A stored route over these points, for the runway or, with a name, for a spot. Its links bear no names.
     TaxiRouteRecord& Route(std::string_view pilot, std::initializer_list<std::int32_t> points,
-                           std::string_view spot = "");
+                           std::string_view spot = {});
 
     /// One turn of the pilot, with a digit typed or none.
     void Turn(PlayerRecord& pilot, std::uint8_t choice = 0);

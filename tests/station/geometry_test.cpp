@@ -538,7 +538,7 @@ class Quadrants : public testing::Test {
     }
 
     /// The word for a pilot on a bearing who had another word before.
-    std::string SeenAt(int bearing, std::string_view before = "") {
+    std::string SeenAt(int bearing, std::string_view before = {}) {
         // Half a degree back: bearings are rounded up.
         const GeoPoint place = ProjectNmExact(47, -122, bearing - 0.5, 30);
         pilot.Latitude = place.Latitude;

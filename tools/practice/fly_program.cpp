@@ -16,8 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto ListenInterval = 100ms;
-constexpr auto MoveTime =
-    3s;  // from one airport to the next: meanwhile everybody notices that the pilots left
+constexpr auto MoveTime = 3s;  // between two airports: meanwhile everybody notices that the pilots left
 
 /// Several programs that fly in one session have pilots of different numbers, and so listeners of different
 /// names.
