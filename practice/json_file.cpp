@@ -15,7 +15,7 @@ namespace {
 std::string ReadWhole(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::string text;
-    std::array<char, 65536> piece;
+    std::array<char, 65536> piece{};
     while (file.read(piece.data(), piece.size()) || file.gcount() > 0) {
         text.append(piece.data(), static_cast<std::size_t>(file.gcount()));
     }

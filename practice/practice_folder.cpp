@@ -70,6 +70,7 @@ void CompletePracticeFolder(const fs::path& folder, const fs::path& data,
 std::vector<std::string> AirportLabels(const fs::path& folder) {
     const AirportList airports = ReadDatabase(BytesOf(folder));
     std::vector<std::string> labels;
+    labels.reserve(static_cast<std::size_t>(airports.Count()));
     for (std::int32_t i = 0; i < airports.Count(); ++i) labels.push_back(AirportLabel(airports.Fields(i)));
     return labels;
 }

@@ -61,8 +61,9 @@ AircraftState Parked(const AirportChart& chart, int number) {
     const ParkingSpot& spot = spots[static_cast<std::size_t>(number % count)];
     Place first = {spot.Latitude, spot.Longitude};
     if (spot.Radius == 0) first = chart.FromRunway({chart.RunwayMiles() / 2, BesideRunwayMiles});
+    const int row = number / count;
     const double away = chart.SeenFromRunway(first).Right < 0 ? -90 : 90;
-    const Place place = PlaceBeyond(first, chart.RunwayTrue() + away, number / count * RampRowMiles);
+    const Place place = PlaceBeyond(first, chart.RunwayTrue() + away, row * RampRowMiles);
     return {place.Latitude, place.Longitude, chart.ElevationFeet(), 0, 0};
 }
 

@@ -136,7 +136,7 @@ void AddSessionOptions(CLI::App& command, SessionOptions& options) {
 /// The folder with a database, made where there is none.
 std::filesystem::path PracticeFolder(const std::optional<std::string>& app,
                                      const std::optional<std::string>& data) {
-    const std::filesystem::path folder = app ? PathOfUtf8(*app) : CacheFolder() / "corvenna";
+    std::filesystem::path folder = app ? PathOfUtf8(*app) : CacheFolder() / "corvenna";
     CompletePracticeFolder(folder, FindDataFolder(data, ProgramFolder()),
                            [](std::string_view what) { std::cerr << ReportToUtf8(what) << '\n'; });
     return folder;

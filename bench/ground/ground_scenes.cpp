@@ -59,9 +59,11 @@ Station TwoThousandPoints() {
     std::mt19937_64 engine(2000);
     const auto chance = [&](int percent) { return static_cast<int>(engine() % 100) < percent; };
     const auto place = [&](int row, int column) { return row * Columns + column; };
-    for (int i = 0; i < Rows * Columns; ++i) {
-        station.AirportTaxiPoints.push_back({1, station.RunwayLatitude + i / Columns * Step,
-                                             station.RunwayLongitude + i % Columns * Step * 1.5});
+    for (int row = 0; row < Rows; ++row) {
+        for (int column = 0; column < Columns; ++column) {
+            station.AirportTaxiPoints.push_back(
+                {1, station.RunwayLatitude + row * Step, station.RunwayLongitude + column * Step * 1.5});
+        }
     }
     const int island = Rows * Columns - 1;
     for (int row = 0; row < Rows; ++row) {

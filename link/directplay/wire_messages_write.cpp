@@ -40,7 +40,7 @@ void MemberHead(ByteWriter& w, std::uint32_t playerId, std::uint32_t groupId, st
 }
 
 struct Writer {
-    std::uint16_t Version;
+    std::uint16_t Version = 0;
     ByteWriter W{};
 
     void operator()(const EnumSessions& m) {

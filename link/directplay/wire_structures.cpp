@@ -173,7 +173,7 @@ SessionDescription ReadSessionDescription(ByteReader& reader) {
     description.Application = ReadGuid(reader);
     description.MaxPlayers = reader.U32();
     description.CurrentPlayers = reader.U32();
-    reader.Skip(2 * 4);  // pointers to name and password
+    reader.Skip(8);  // pointers to name and password
     description.Reserved1 = reader.U32();
     reader.Skip(4);
     for (std::uint32_t& user : description.User) user = reader.U32();
@@ -187,7 +187,7 @@ void WriteSessionDescription(ByteWriter& writer, const SessionDescription& descr
     WriteGuid(writer, description.Application);
     writer.U32(description.MaxPlayers);
     writer.U32(description.CurrentPlayers);
-    writer.Zeros(2 * 4);
+    writer.Zeros(8);
     writer.U32(description.Reserved1);
     writer.Zeros(4);
     for (const std::uint32_t user : description.User) writer.U32(user);

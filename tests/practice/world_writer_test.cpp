@@ -236,9 +236,10 @@ TEST(PracticeWorld, ItsLibraryHasAreasOfEveryKind) {
     std::vector<std::string> locals;
     locals.reserve(areas.size());
     for (const SceneryArea& area : areas) locals.push_back(area.Local);
-    EXPECT_THAT(locals, ElementsAre("Scenery", "Scenery\\NAmer", "Scenery/SAmer",
-                                    world.Folder() + "/Addon Scenery/Eurafrica", "Scenery\\Pacific\\Scenery",
-                                    "Scenery\\MadeUp", "Scenery\\NotInstalled"));
+    EXPECT_THAT(locals,
+                ElementsAre("Scenery", "Scenery\\NAmer", "Scenery/SAmer",
+                            (std::filesystem::path(world.Folder()) / "Addon Scenery/Eurafrica").string(),
+                            "Scenery\\Pacific\\Scenery", "Scenery\\MadeUp", "Scenery\\NotInstalled"));
     FixSceneryPaths(areas, world.Folder(), {});
     EXPECT_EQ(areas.back().Local, "");
     areas.pop_back();

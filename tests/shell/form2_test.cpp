@@ -76,11 +76,12 @@ TEST(Form2, ClosedDuringTheScanTheProgramGoesWithoutADatabase) {
 }
 
 TEST(Form2, AFolderThatVanishesInMidScanIsNamedInTheStatusLine) {
-    TempFolder sim;
-    std::filesystem::copy(PracticeSimFolder(), sim.Path(), std::filesystem::copy_options::recursive);
-    Scanning scene(sim.Path());
+    const TempFolder temporary;
+    const std::filesystem::path sim = temporary.Path("sim");
+    std::filesystem::copy(PracticeSimFolder(), sim, std::filesystem::copy_options::recursive);
+    Scanning scene(sim.string());
     scene.Fire("Form2", "Scan_Bgl");
-    for (const auto& folder : std::filesystem::directory_iterator(sim.Path("scenery"))) {
+    for (const auto& folder : std::filesystem::directory_iterator(sim / "scenery")) {
         if (folder.is_directory()) std::filesystem::remove_all(folder.path());
     }
     scene.Scans();

@@ -52,7 +52,7 @@ SystemTerminal::SystemTerminal() : platform_(std::make_unique<Platform>()) {
 
 /// A wish to end that nobody has looked at would end the program now, while it ends properly.
 SystemTerminal::~SystemTerminal() {
-    signalfd_siginfo signal;
+    signalfd_siginfo signal{};
     while (read(platform_->Signals, &signal, sizeof signal) > 0) continue;
     close(platform_->Signals);
     sigprocmask(SIG_SETMASK, &platform_->MaskBefore, nullptr);
@@ -65,7 +65,7 @@ TerminalInput SystemTerminal::Wait(std::chrono::milliseconds atMost) {
         throw std::system_error(errno, std::generic_category(), "the terminal can't be waited for");
     }
     TerminalInput input;
-    signalfd_siginfo signal;
+    signalfd_siginfo signal{};
     input.StopAsked = read(platform_->Signals, &signal, sizeof signal) > 0;
     if (!platform_->EndOfInput && sources[1].revents != 0) platform_->ReadInput(input);
     return input;

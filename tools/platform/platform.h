@@ -31,6 +31,7 @@ class CommandLine {
 class ConsoleSpelling {
   public:
     explicit ConsoleSpelling(Spelling spelling);
+    // NOLINTNEXTLINE(performance-trivially-destructible): so it is only where there is nothing to put back
     ~ConsoleSpelling();
     ConsoleSpelling(const ConsoleSpelling&) = delete;
     ConsoleSpelling& operator=(const ConsoleSpelling&) = delete;

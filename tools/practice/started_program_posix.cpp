@@ -46,6 +46,7 @@ struct StartedProgram::Process {
 StartedProgram::StartedProgram(const std::vector<std::string>& command)
     : process_(std::make_unique<Process>()) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     std::array<int, 2> report{};

@@ -16,9 +16,9 @@ std::optional<int> EventualStatus(StartedProgram& child) {
 }
 
 TEST(StartedProgramTest, TellsTheStatusOfWhatHasEnded) {
-    StartedProgram good({"cmd", "/c", "exit 0"});
+    StartedProgram good({"cmd", "/c", "exit", "0"});
     EXPECT_EQ(EventualStatus(good), 0);
-    StartedProgram bad({"cmd", "/c", "exit 7"});
+    StartedProgram bad({"cmd", "/c", "exit", "7"});
     EXPECT_EQ(EventualStatus(bad), 7);
     EXPECT_EQ(bad.End(), 7);
 }
