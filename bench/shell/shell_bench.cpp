@@ -24,6 +24,7 @@ constexpr int MostAirports = 30000;
 
 std::vector<std::string> Labels(int count) {
     std::vector<std::string> labels;
+    labels.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         labels.push_back(fmt::format("Made-up Field {} ({:05})", i * 7919 % count, i));
     return labels;

@@ -107,8 +107,8 @@ const WorkFolder& ScannedWorld() {
         Scan(World());
         std::ofstream terrain(World().AppFolder() + "/world_terrain.db");
         for (int i = 0; i < TerrainLines; ++i) {
-            terrain << fmt::format("{:.3f} {:.3f} {}\n", -80 + i % 400 * 0.4, -180 + i / 400 * 0.72,
-                                   i % 5000);
+            const int row = i / 400;
+            terrain << fmt::format("{:.3f} {:.3f} {}\n", -80 + i % 400 * 0.4, -180 + row * 0.72, i % 5000);
         }
         return true;
     }();

@@ -16,6 +16,7 @@ namespace corvenna {
 namespace {
 
 constexpr std::chrono::milliseconds LookInterval{10};
+constexpr unsigned FirstOther = STDERR_FILENO + 1;
 
 /// In the child: nothing that takes memory or locks, as other threads may have held them.
 [[noreturn]] void BecomeProgram(char* const* arguments, pid_t parent, int report) {
@@ -24,6 +25,7 @@ constexpr std::chrono::milliseconds LookInterval{10};
     sigprocmask(SIG_SETMASK, &none, nullptr);
     std::signal(SIGPIPE, SIG_DFL);
     prctl(PR_SET_PDEATHSIG, SIGTERM);
+    close_range(FirstOther, ~0U, CLOSE_RANGE_CLOEXEC);  // sockets stay with who has opened them
     if (getppid() == parent) execv(arguments[0], arguments);
     const int error = errno;
     [[maybe_unused]] const ssize_t written = write(report, &error, sizeof error);

@@ -1,6 +1,8 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <system_error>
+#include <vector>
 
 #include "tools/practice/started_program.h"
 #include "world/files.h"
@@ -20,6 +22,42 @@ std::wstring Quoted(const std::string& word) {
     }
     return quoted.append(backslashes, L'\\') + L'"';
 }
+
+/// What a started program gets of this one: the standard streams. A socket that it held would stay open when
+/// it is closed here, and what waits for that socket would wait on.
+class HandedOn {
+  public:
+    HandedOn() {
+        for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE})
+            Add(GetStdHandle(stream));
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        memory_.resize(size);
+        InitializeProcThreadAttributeList(List(), 1, 0, &size);
+        if (handles_.empty()) return;
+        UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                  handles_.size() * sizeof(HANDLE), nullptr, nullptr);
+    }
+    ~HandedOn() { DeleteProcThreadAttributeList(List()); }
+    HandedOn(const HandedOn&) = delete;
+    HandedOn& operator=(const HandedOn&) = delete;
+
+    LPPROC_THREAD_ATTRIBUTE_LIST List() {
+        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+    }
+    bool Any() const { return !handles_.empty(); }
+
+  private:
+    /// The system takes none twice, and none that may not be inherited.
+    void Add(HANDLE handle) {
+        DWORD flags = 0;
+        if (GetHandleInformation(handle, &flags) == 0 || (flags & HANDLE_FLAG_INHERIT) == 0) return;
+        if (std::find(handles_.begin(), handles_.end(), handle) == handles_.end()) handles_.push_back(handle);
+    }
+
+    std::vector<HANDLE> handles_;
+    std::vector<char> memory_;
+};
 
 /// How often a program with windows is asked to close those that are open by then.
 constexpr DWORD AskAgain = 500;
@@ -63,11 +101,17 @@ StartedProgram::StartedProgram(const std::vector<std::string>& command)
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
     SetInformationJobObject(process_->Job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
-                       CREATE_NEW_PROCESS_GROUP | CREATE_SUSPENDED, nullptr, nullptr, &startup,
-                       &process_->Info) == 0) {
+    HandedOn handedOn;
+    STARTUPINFOEXW startup{};
+    startup.StartupInfo.cb = sizeof startup;
+    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    startup.StartupInfo.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.StartupInfo.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.StartupInfo.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    startup.lpAttributeList = handedOn.List();
+    constexpr DWORD How = CREATE_NEW_PROCESS_GROUP | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT;
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, handedOn.Any(), How, nullptr, nullptr,
+                       &startup.StartupInfo, &process_->Info) == 0) {
         Fail(command[0]);
     }
     AssignProcessToJobObject(process_->Job, process_->Info.hProcess);

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <string>
 #include <system_error>
 
 #include "tools/practice/started_program.h"
@@ -29,6 +31,15 @@ TEST(StartedProgramTest, WhatRunsHasNoStatusAndIsEndedWhenAsked) {
     StartedProgram child({"/bin/sleep", "1000"});
     EXPECT_EQ(child.Status(), std::nullopt);
     EXPECT_EQ(child.End(), 128 + SIGTERM);
+}
+
+TEST(StartedProgramTest, ItGetsTheStandardStreamsAndNothingElse) {
+    const int open = dup(STDOUT_FILENO);
+    ASSERT_GT(open, STDERR_FILENO);
+    StartedProgram child(
+        {"/bin/sh", "-c", "test -e /proc/self/fd/1 && test ! -e /proc/self/fd/" + std::to_string(open)});
+    EXPECT_EQ(EventualStatus(child), 0);
+    close(open);
 }
 
 TEST(StartedProgramTest, AProgramThatIsNotThereIsNamed) {

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <windows.h>
 
 #include <chrono>
 #include <system_error>
@@ -16,11 +17,11 @@ std::optional<int> EventualStatus(StartedProgram& child) {
 }
 
 TEST(StartedProgramTest, TellsTheStatusOfWhatHasEnded) {
-    StartedProgram good({"cmd", "/c", "exit", "0"});
+    StartedProgram good({CORVENNA_PRACTICE, "--version"});
     EXPECT_EQ(EventualStatus(good), 0);
-    StartedProgram bad({"cmd", "/c", "exit", "7"});
-    EXPECT_EQ(EventualStatus(bad), 7);
-    EXPECT_EQ(bad.End(), 7);
+    StartedProgram bad({CORVENNA_PRACTICE, "nothing like that"});
+    EXPECT_EQ(EventualStatus(bad), 2);
+    EXPECT_EQ(bad.End(), 2);
 }
 
 TEST(StartedProgramTest, WhatRunsHasNoStatusAndIsEndedWhenAsked) {
@@ -28,6 +29,19 @@ TEST(StartedProgramTest, WhatRunsHasNoStatusAndIsEndedWhenAsked) {
     EXPECT_EQ(child.Status(), std::nullopt);
     child.End();
     EXPECT_TRUE(child.Status().has_value());
+}
+
+TEST(StartedProgramTest, ItGetsTheStandardStreamsAndNothingElse) {
+    SECURITY_ATTRIBUTES handedOn{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    HANDLE reads = nullptr;
+    HANDLE writes = nullptr;
+    ASSERT_NE(CreatePipe(&reads, &writes, &handedOn, 0), 0);
+    StartedProgram child({CORVENNA_PRACTICE, "host", "--port", "0"});
+    CloseHandle(writes);
+    EXPECT_EQ(PeekNamedPipe(reads, nullptr, 0, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_BROKEN_PIPE));
+    EXPECT_EQ(child.Status(), std::nullopt);
+    CloseHandle(reads);
 }
 
 TEST(StartedProgramTest, AProgramThatIsNotThereIsNamed) {
