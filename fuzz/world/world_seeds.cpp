@@ -117,7 +117,7 @@ void WriteObjects(const std::filesystem::path& seeds) {
         constexpr char StreamRoom = 40;
         std::string file({21, 0, 0, 0, 0, ListEnd, 0, 0, 0, 0});
         file.append({5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 12 + StreamRoom, 0}).append(stream);
-        file.resize(static_cast<std::size_t>(ListEnd + 12 + StreamRoom));
+        file.resize(std::size_t{ListEnd} + 12 + StreamRoom);
         objects.Add(Prefixed(0, file));
     }
 }

@@ -260,6 +260,7 @@ TEST_F(HostilePeers, TooManyConnectionsMakeWayForEachOtherNotForTheMembers) {
     member.Joins(host, u"Raw");
     ASSERT_TRUE(host.SeesSoon(2));
     std::vector<std::unique_ptr<RawStream>> crowd;
+    crowd.reserve(30);
     for (int i = 0; i < 30; ++i) crowd.push_back(RawPeer::Connects(host.Dp.TcpPort()));
     EXPECT_TRUE(crowd[0]->IsEndedByTheOther());
     EXPECT_TRUE(member.Says(host.Dp.TcpPort(), member.PlayerId(), 0, "not pushed out"));

@@ -108,6 +108,7 @@ TEST(ASlowLine, LosesNothingThatIsGuaranteedAndKeepsItsOrder) {
     if (!skipped.empty()) GTEST_SKIP() << skipped;
 
     std::vector<std::string> expected;
+    expected.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) expected.push_back(std::to_string(i));
     EXPECT_EQ(atHost, expected);
     EXPECT_EQ(atClient, expected);

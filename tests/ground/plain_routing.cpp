@@ -134,7 +134,7 @@ class PlainStep {
         if (IsBarredByAnAttempt(to) || IsOnThePath(to)) return false;
         const std::int32_t d = FeetFromPoint(station_, to, target_.Latitude, target_.Longitude);
         const std::vector<TaxiPath>& path = attempts_.back();
-        if (best_.Distance == -1) {
+        if (best_.Distance == -1) {  // NOLINT(bugprone-branch-clone): rule by rule
             best_ = {kind, to, d, name};
         } else if (!path.empty() && path.back().Kind == 1) {
             if (best_.Kind == kind && d < best_.Distance) best_ = {kind, to, d, name};
@@ -208,7 +208,7 @@ std::string PlainRouteText(const std::vector<TaxiPath>& links) {
     std::string route;
     for (const TaxiPath& link : links) {
         const std::string w = UpperCase(link.Name);
-        if (w != " " && !w.empty() && !route.ends_with(" " + w)) route = route + " " + w;
+        if (w != " " && !w.empty() && !route.ends_with(" " + w)) route.append(" ").append(w);
     }
     return route + " ";
 }

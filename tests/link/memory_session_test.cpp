@@ -25,6 +25,7 @@ SessionRecord Wanted(std::string name = "Test session", std::int32_t maxPlayers 
 
 std::vector<std::string> Names(const std::vector<SessionMember>& members) {
     std::vector<std::string> names;
+    names.reserve(members.size());
     for (const SessionMember& member : members) names.push_back(member.ShortName);
     return names;
 }

@@ -26,7 +26,7 @@ class FlownSession {
         bool Completed() const { return Pilot->Gone() && Last == FlightStage::Over; }
     };
 
-    FlownSession(Station station, int pilots, int firstNumber = 0, PilotEvents events = {},
+    FlownSession(Station station, int pilots, int firstNumber = 0, const PilotEvents& events = {},
                  std::unique_ptr<SessionCarrier> carrier = std::make_unique<MemoryCarrier>())
         : Session(std::move(station), pilots + 2, StepTimeFor(pilots), std::move(carrier)) {
         const auto chart = std::make_shared<AirportChart>(Session.TheStation);

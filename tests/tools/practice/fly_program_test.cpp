@@ -181,10 +181,10 @@ TEST(FlyProgramTest, TheMinutesOverItEndsByItselfAndDraws) {
     constexpr const char* Address = "127.0.21.3";
     LoopbackHost host(Address, 8);
     const std::string picture = testing::TempDir() + "/fly-program-test.svg";
-    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.02",
+    ChildProcess fly(Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.1",
                                    "--picture", picture}));
     EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0) << fly.Output();
-    EXPECT_THAT(fly.Output(), HasSubstr("1 minute at Seattle-Tacoma Intl (KSEA): 2 pilots came"));
+    EXPECT_THAT(fly.Output(), HasSubstr("6 minutes at Seattle-Tacoma Intl (KSEA): 2 pilots came"));
     EXPECT_GT(std::filesystem::file_size(picture), 1000u);
     std::filesystem::remove(picture);
 }

@@ -101,7 +101,7 @@ TEST(RunProgramTest, WithoutAnAirportThePilotsComeWhereTheStationIs) {
     options.Bind = "127.0.23.7";
     options.Traffic.Pilots = 1;
     options.Station = {CORVENNA_CONSOLE,       "--join",  options.Bind, "--airport", "LOWI", "--app",
-                       PracticeApp().string(), "--speed", "20",         "--minutes", "0.1"};
+                       PracticeApp().string(), "--speed", "20",         "--minutes", "0.2"};
     SystemTerminal keyboard;
     FasterTerminal terminal(keyboard, 20);
     std::ostringstream out;
