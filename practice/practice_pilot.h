@@ -103,6 +103,7 @@ class PracticePilot {
 
     const std::string& Name() const { return script_.Name; }
     bool IsUnruly() const { return script_.Unruly; }
+    bool AwaitsAdmission() const { return stage_ == Stage::Joining; }
     bool InSession() const { return stage_ == Stage::Flying; }
     bool Gone() const { return stage_ == Stage::Gone; }
 

@@ -1,5 +1,7 @@
 #include "practice/practice_traffic.h"
 
+#include <algorithm>
+
 #include "practice/practice_scripts.h"
 
 namespace corvenna {
@@ -43,6 +45,11 @@ void PracticeTraffic::StepPilot(Seat& seat, std::chrono::milliseconds now) {
 void PracticeTraffic::Leave() {
     for (Seat& seat : seats_) seat.Pilot->Leave();
     seats_.clear();
+}
+
+bool PracticeTraffic::SomebodyAwaitsAdmission() const {
+    return std::any_of(seats_.begin(), seats_.end(),
+                       [](const Seat& seat) { return seat.Pilot->AwaitsAdmission(); });
 }
 
 void PracticeTraffic::ForEach(const std::function<void(const PracticePilot& pilot)>& what) const {

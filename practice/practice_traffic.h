@@ -50,6 +50,9 @@ class PracticeTraffic {
     /// Everybody leaves the session, and nobody follows.
     void Leave();
 
+    /// Whether somebody has joined whom the host has not admitted yet.
+    bool SomebodyAwaitsAdmission() const;
+
     /// Calls back for each pilot who is in the session.
     void ForEach(const std::function<void(const PracticePilot& pilot)>& what) const;
 

@@ -41,6 +41,15 @@ TEST_F(PracticeTrafficTest, PilotsArriveOneAfterTheOther) {
     EXPECT_EQ(Controller.Received(MessageId::RequestJoinAsPlayer).size(), 0u);
 }
 
+TEST_F(PracticeTrafficTest, BetweenJoiningAndAdmissionSomebodyWaits) {
+    EXPECT_FALSE(Traffic.SomebodyAwaitsAdmission());
+    Traffic.Step(0ms);
+    EXPECT_TRUE(Traffic.SomebodyAwaitsAdmission());
+    Host.Step();
+    Traffic.Step(100ms);
+    EXPECT_FALSE(Traffic.SomebodyAwaitsAdmission());
+}
+
 TEST_F(PracticeTrafficTest, WhoLeavesIsFollowedByAnotherOne) {
     StepTo(5000ms);
     const std::int32_t first = Controller.IdOf("N101CV");

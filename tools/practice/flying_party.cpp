@@ -51,10 +51,12 @@ void FlyingParty::PrintLine(std::string_view name, std::string_view what) const 
     if (print_) print_(now_, fmt::format("{} {}", name, what));
 }
 
-/// While nobody has come in, a failure is everybody's.
+/// While nobody has come in or is about to, a failure is everybody's.
 void FlyingParty::OnFailed(const PracticePilot& pilot, const std::string& why) {
     const std::string words = CodePageToUtf8(why);
-    if (log_.Totals().Pilots == 0) throw SessionError(fmt::format("{}: {}", pilot.Name(), words));
+    if (log_.Totals().Pilots == 0 && !traffic_->SomebodyAwaitsAdmission()) {
+        throw SessionError(fmt::format("{}: {}", pilot.Name(), words));
+    }
     log_.Left(pilot.Name(), false);
     ++failures_;
     lastFailure_ = fmt::format("{}: {}", pilot.Name(), words);
