@@ -18,7 +18,6 @@ namespace {
 using facility::com::Approach;
 using facility::com::Departure;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 constexpr double Latitude = 47.5;
 constexpr double Longitude = -122.25;

@@ -18,12 +18,12 @@ constexpr std::int64_t Table = 200;
 /// A table in which every value is 0, but for a few.
 Bytes Magdec(const std::vector<std::pair<int, int>>& values) {
     ByteWriter file;
-    file.PutLong(facility::magdec::TableOffset, Table).ZerosTo(Table + 8 + 2 * 65160);
+    file.PutLong(facility::magdec::TableOffset, Table).ZerosTo(Table + 8 + 2 * std::int64_t{65160});
     Bytes bytes = file.Get();
     for (const auto& [entry, value] : values) {
-        bytes[static_cast<std::size_t>(Table + 8 + 2 * entry)] = static_cast<std::uint8_t>(value & 0xFF);
-        bytes[static_cast<std::size_t>(Table + 8 + 2 * entry + 1)] =
-            static_cast<std::uint8_t>(value >> 8 & 0xFF);
+        const auto at = static_cast<std::size_t>(Table + 8 + 2 * std::int64_t{entry});
+        bytes[at] = static_cast<std::uint8_t>(value & 0xFF);
+        bytes[at + 1] = static_cast<std::uint8_t>(value >> 8 & 0xFF);
     }
     return bytes;
 }

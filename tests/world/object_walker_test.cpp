@@ -281,11 +281,13 @@ TEST(OpcodeErrors, EntriesThatLeadToTheSameObjectsAgainAndAgainAreDamage) {
     ByteWriter file;
     file.ZerosTo(List);
     for (int entry = 0; entry < Entries; ++entry) {
-        file.Byte(21).ZerosTo(List + 9 * entry + 5).Long(Objects - List);
+        const int place = List + 9 * entry + 5;
+        file.Byte(21).ZerosTo(place).Long(Objects - List);
     }
     file.ZerosTo(Objects);
     for (int object = 0; object < 1000; ++object) {
-        file.Byte(5).ZerosTo(Objects + 12 * object + 10).Word(12);
+        const int length = Objects + 12 * object + 10;
+        file.Byte(5).ZerosTo(length).Word(12);
     }
     std::size_t logs = 0;
     EXPECT_THROW(WalkObjects(file.Byte(0).Byte(0).Get(), List, "x.bgl", [&](const std::string&) { ++logs; }),
