@@ -95,7 +95,7 @@ void SimulatorPeer::Handle(std::int32_t sender, DirectPlayMessage& message) {
 /// Only the host answers; everybody hears the request.
 void SimulatorPeer::DecideAdmission(std::int32_t sender, std::int32_t admit, std::int32_t refuse) {
     if (!host_) return;
-    const std::string name = NameOf(sender);
+    const std::string& name = NameOf(sender);
     const bool admitted = !events_.Admits || events_.Admits(name);
     Note(fmt::format("{} asks to join and is {}", name, admitted ? "admitted" : "refused"));
     session_->Send(id_, sender, admitted ? WriteAdmission(admit, sender) : WriteEmpty(refuse));
@@ -154,13 +154,16 @@ void SimulatorPeer::Note(const std::string& line) {
     if (events_.Noted) events_.Noted(line);
 }
 
-/// Empty for somebody who has gone meanwhile.
-std::string SimulatorPeer::NameOf(std::int32_t id) {
+/// Who says something and leaves has gone when his text is read: then he is called as he was called before.
+/// Empty for somebody who was never heard of.
+const std::string& SimulatorPeer::NameOf(std::int32_t id) {
+    std::string& name = names_[id];
     try {
-        return session_->GetPlayerFriendlyName(id);
+        name = session_->GetPlayerFriendlyName(id);
     } catch (const SessionError&) {
-        return {};
+        return name;
     }
+    return name;
 }
 
 }  // namespace corvenna

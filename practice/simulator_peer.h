@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -75,7 +76,7 @@ class SimulatorPeer {
     void RequestAdmission(std::chrono::milliseconds now);
     void TellPosition(std::chrono::milliseconds now);
     void Note(const std::string& line);
-    std::string NameOf(std::int32_t id);
+    const std::string& NameOf(std::int32_t id);
 
     std::unique_ptr<Session> session_;
     SimulatorPilot pilot_;
@@ -84,6 +85,7 @@ class SimulatorPeer {
     bool host_ = false;
     bool asked_ = false;
     std::int32_t id_ = 0;
+    std::map<std::int32_t, std::string> names_;
     std::chrono::milliseconds requestDue_{0};
     std::chrono::milliseconds positionDue_{0};
     int positionsTold_ = 0;

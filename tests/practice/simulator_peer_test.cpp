@@ -200,6 +200,21 @@ TEST_F(SimulatorPeerTest, ChatIsHeardBothWays) {
     EXPECT_THAT(Heard, ElementsAre("HAND: and to you"));
 }
 
+TEST_F(SimulatorPeerTest, WhoHasLeftIsCalledByTheNameThatHeHad) {
+    Sends(WriteEmpty(MessageId::RequestJoinAsPlayer));
+    Hand.Send(HandId, TheHost.Id(), WriteChat("so long"));
+    Hand.DestroyPlayer(HandId);
+    TheHost.Step(0ms);
+    EXPECT_THAT(Heard, ElementsAre("HAND: so long"));
+}
+
+TEST_F(SimulatorPeerTest, WhoHasLeftBeforeHeWasHeardOfHasNoName) {
+    Hand.Send(HandId, TheHost.Id(), WriteChat("so long"));
+    Hand.DestroyPlayer(HandId);
+    TheHost.Step(0ms);
+    EXPECT_THAT(Heard, ElementsAre(": so long"));
+}
+
 TEST_F(SimulatorPeerTest, WhatCannotBeReadIsPassedOver) {
     Sends(DirectPlayMessage{});
     DirectPlayMessage noText;
