@@ -61,7 +61,7 @@ TEST(SitProgramTest, AConversationFromWelcomeToQuit) {
     }),
               0)
         << sit.Output();
-    host.Until([&] { return host.IdOf("N1") == 0; });
+    host.Until([&] { return host.Said.size() == 2 && host.IdOf("N1") == 0; });
     EXPECT_THAT(host.Said, ElementsAre("N1: KSEA,1", "N1: 2"));
     EXPECT_THAT(sit.Output(), HasSubstr("KSEA_Controller> N1. Welcome to Corvenna v1.3"));
     EXPECT_THAT(sit.Output(), HasSubstr("You are N1 at Seattle-Tacoma Intl (KSEA)."));
@@ -112,6 +112,7 @@ TEST(SitProgramTest, TheEndOfTheInputAndOfPatienceEndsIt) {
     sit.Type("hello");
     sit.EndInput();
     EXPECT_EQ(sit.WaitForEnd(host.Stepper()), 0);
+    host.Until([&] { return !host.Said.empty(); });
     EXPECT_THAT(host.Said, ElementsAre("N1: hello"));
 }
 
