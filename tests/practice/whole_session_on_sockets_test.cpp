@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "practice/flown_transcript.h"
+#include "practice/everybody_completes.h"
 #include "practice/socket_carrier.h"
 #include "practice/traffic_session.h"
 
@@ -25,6 +25,31 @@ TEST(WholeSessionOnSockets, AVisualCircuitIsHeardWordByWord) {
 TEST(WholeSessionOnSockets, AnInstrumentFlightOutAndBackIsHeardWordByWord) {
     ExpectTranscript("KSEA", 1, "instrument_round_trip.txt", std::make_unique<SocketCarrier>());
 }
+
+class EverybodyCompletesOnSockets : public testing::TestWithParam<Practice> {};
+
+TEST_P(EverybodyCompletesOnSockets, HisPlan) {
+    ExpectEverybodyCompletes(GetParam(), std::make_unique<SocketCarrier>());
+}
+
+std::vector<Practice> AtEachAirport(int pilots) {
+    std::vector<Practice> practices;
+    for (const char* code : PracticeAirports) practices.push_back({code, pilots});
+    return practices;
+}
+
+INSTANTIATE_TEST_SUITE_P(OnePilot, EverybodyCompletesOnSockets, testing::ValuesIn(AtEachAirport(1)),
+                         PracticeName);
+#ifndef CORVENNA_SHORT_RUNS
+INSTANTIATE_TEST_SUITE_P(SixPilots, EverybodyCompletesOnSockets, testing::ValuesIn(AtEachAirport(6)),
+                         PracticeName);
+INSTANTIATE_TEST_SUITE_P(TwelvePilots, EverybodyCompletesOnSockets, testing::ValuesIn(AtEachAirport(12)),
+                         PracticeName);
+#endif
+
+// Two minutes each: ./test crowds runs them.
+INSTANTIATE_TEST_SUITE_P(DISABLED_FortyPilots, EverybodyCompletesOnSockets,
+                         testing::ValuesIn(AtEachAirport(40)), PracticeName);
 
 class NobodyIsStuckOnSockets : public testing::TestWithParam<const char*> {};
 

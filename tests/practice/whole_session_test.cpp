@@ -1,12 +1,10 @@
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
-#include "practice/flown_session.h"
+#include "practice/everybody_completes.h"
 #include "practice/flown_transcript.h"
 #include "practice/traffic_session.h"
-#include "support/practice_station.h"
 #include "support/system_limits.h"
 
 // The whole service at once, on a clock that runs as fast as it can: real pilots in a real session before a
@@ -29,53 +27,21 @@ constexpr int Crowd = 40;
 
 // ---- Everybody who follows his clearances completes his plan
 
-/// What keeps a flight from having been flown as planned; empty when nothing does.
-std::string Missing(const FlownSession::Flown& flown) {
-    const auto& stages = flown.Stages;
-    if (!flown.Completed()) return "is not over";
-    if (flown.Plan.Kind == FlightKind::InstrumentDeparture) {
-        return stages.contains(FlightStage::Outbound) ? "" : "never was on his way";
-    }
-    if (!stages.contains(FlightStage::RollingOut)) return "never landed";
-    if (!stages.contains(FlightStage::TaxiingIn)) return "never taxied in";
-    if (flown.Plan.FromRamp() && !stages.contains(FlightStage::TakingOff)) return "never took off";
-    if (flown.Plan.TurnsBack() && !stages.contains(FlightStage::Outbound)) return "never was on his way";
-    if (flown.Plan.MissesFirstApproach && !stages.contains(FlightStage::GoingAround)) {
-        return "did not miss his approach";
-    }
-    return "";
-}
-
-struct Practice {
-    std::string Code;
-    int Pilots;
-    int FirstNumber = 0;
-};
-
 class EverybodyCompletes : public testing::TestWithParam<Practice> {};
 
 TEST_P(EverybodyCompletes, HisPlan) {
-    const Practice& practice = GetParam();
-    FlownSession session(PracticeStation(CORVENNA_TEST_DATA, practice.Code), practice.Pilots,
-                         practice.FirstNumber);
-    session.Run(12h);
-    for (const FlownSession::Flown& flown : session.Pilots) {
-        EXPECT_EQ(Missing(flown), "")
-            << flown.Pilot->Name() << " in stage " << static_cast<int>(flown.Last) << " at "
-            << Clock(session.Session.Now) << ": " << flown.Pilot->StandingText();
-    }
-    EXPECT_EQ(session.Session.SpoiltTicks, 0);
+    ExpectEverybodyCompletes(GetParam(), std::make_unique<MemoryCarrier>());
 }
 
 std::vector<Practice> Practices() {
     std::vector<Practice> practices;
-    for (const char* code : {"KSEA", "KBFI", "LOWI", "NZWN", "SCGE"}) {
+    for (const char* code : ControlledAirports) {
         for (const int plan : {0, 1, 2, 3, 4, 5, 6, 7}) practices.push_back({code, 1, plan});
     }
-    for (const char* code : {"KFHR", "KBID", "S31"}) {
+    for (const char* code : OtherAirports) {
         for (const int plan : {0, 1}) practices.push_back({code, 1, plan});
     }
-    for (const char* code : {"KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"}) {
+    for (const char* code : PracticeAirports) {
         practices.push_back({code, 6, 0});
         practices.push_back({code, 6, 6});
         practices.push_back({code, Crowd, 0});
@@ -83,11 +49,7 @@ std::vector<Practice> Practices() {
     return practices;
 }
 
-INSTANTIATE_TEST_SUITE_P(AtEachAirport, EverybodyCompletes, testing::ValuesIn(Practices()),
-                         [](const auto& test) {
-                             return fmt::format("{}With{}From{}", test.param.Code, test.param.Pilots,
-                                                test.param.FirstNumber);
-                         });
+INSTANTIATE_TEST_SUITE_P(AtEachAirport, EverybodyCompletes, testing::ValuesIn(Practices()), PracticeName);
 
 // ---- Word by word
 
@@ -130,8 +92,7 @@ TEST_P(NobodyIsStuck, AfterAnHour) {
     EXPECT_GT(session.Completed, 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(AtEachAirport, NobodyIsStuck,
-                         testing::Values("KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"));
+INSTANTIATE_TEST_SUITE_P(AtEachAirport, NobodyIsStuck, testing::ValuesIn(PracticeAirports));
 
 TEST(WholeSession, OverADayTheStationDoesNotGrow) {
     TrafficSession session("KSEA", {.Pilots = 6, .Seed = 1, .Unruly = true}, 1s);
