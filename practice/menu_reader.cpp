@@ -63,9 +63,8 @@ std::optional<std::string> AirportOfWelcome(std::string_view text) {
     return std::string(name.substr(0, end));
 }
 
-std::optional<std::string> ReplyFor(std::string_view text, std::string_view label,
+std::optional<std::string> ReplyFor(const std::vector<MenuOption>& menu, std::string_view label,
                                     std::string_view airportCode) {
-    const auto menu = ReadMenu(text);
     const auto option = std::find_if(menu.begin(), menu.end(), [&](const MenuOption& candidate) {
         return EqualIgnoringCase(candidate.Label, label);
     });

@@ -25,9 +25,9 @@ bool IsAddressedTo(std::string_view text, std::string_view callsign);
 /// The name of the airport that a welcome offers the services of; nothing in any other text.
 std::optional<std::string> AirportOfWelcome(std::string_view text);
 
-/// What to type for the option of a label, or nothing when the text does not offer it. In the opening
+/// What to type for the option of a label, or nothing when the menu does not offer it. In the opening
 /// dialogue the station has to be addressed: "KSEA,1".
-std::optional<std::string> ReplyFor(std::string_view text, std::string_view label,
+std::optional<std::string> ReplyFor(const std::vector<MenuOption>& menu, std::string_view label,
                                     std::string_view airportCode);
 
 }  // namespace corvenna

@@ -4,7 +4,6 @@
 
 #include "link/fs_messages.h"
 #include "practice/callsign.h"
-#include "practice/menu_reader.h"
 #include "station/text.h"
 
 namespace corvenna {
@@ -103,7 +102,7 @@ void PracticePilot::RequestAdmission() {
 /// The controller takes him for somebody new, wherever the flight is.
 void PracticePilot::JoinAnew() {
     session_->DestroyPlayer(id_);
-    standingText_.clear();
+    HoldText({});
     unheard_ = 0;
     if (flight_) flight_->LoseService();
     RequestAdmission();
@@ -178,11 +177,16 @@ void PracticePilot::OnText(std::int32_t sender, std::string text, std::chrono::m
     // so does who is held: he may have been released without a word.
     const bool held = flight_ && flight_->Holding();
     silence_ = text == standingText_ && !held ? std::min(2 * silence_, LongestSilence) : Silence;
-    standingText_ = std::move(text);
+    HoldText(std::move(text));
     heardAt_ = now;
     unheard_ = 0;
     answered_ = false;
     wantsAnswer_ = false;
+}
+
+void PracticePilot::HoldText(std::string text) {
+    standingText_ = std::move(text);
+    standingMenu_ = ReadMenu(standingText_);
 }
 
 /// When somebody else may go on he may be next, and is not always told.
@@ -231,7 +235,7 @@ void PracticePilot::NoticeAbsence() {
     } catch (const SessionError&) {
         controllerId_ = 0;
         controllerHeard_ = false;
-        standingText_.clear();
+        HoldText({});
         Say(GoingOnAlone);
         if (flight_ && IsArriving(flight_->Stage())) Imagine(LandByYourself);
         if (events_.Abandoned) events_.Abandoned(script_.Name);
@@ -263,7 +267,7 @@ bool PracticePilot::Acknowledge(std::chrono::milliseconds now) {
     if (answered_ || now - heardAt_ < ThinkingTime) return false;
     if (flight_ && !flight_->ReadsBack(standingText_)) return false;
     for (const std::string_view label : AcknowledgeLabels) {
-        if (const auto reply = ReplyFor(standingText_, label, airportCode_)) {
+        if (const auto reply = ReplyFor(standingMenu_, label, airportCode_)) {
             Say(*reply);
             saidAt_ = now;
             wantsAnswer_ = label == AcknowledgeLabels[0] && IsFollowedByText(standingText_);
@@ -274,7 +278,7 @@ bool PracticePilot::Acknowledge(std::chrono::milliseconds now) {
 }
 
 bool PracticePilot::Done(const Choose& step, std::chrono::milliseconds now) {
-    return AnswerTaken(ReplyFor(standingText_, step.Label, airportCode_), now);
+    return AnswerTaken(ReplyFor(standingMenu_, step.Label, airportCode_), now);
 }
 
 bool PracticePilot::Done(const AskAgain& /*step*/, std::chrono::milliseconds now) {
@@ -293,7 +297,7 @@ void PracticePilot::AnswerInFlight(std::chrono::milliseconds now) {
     if (flight_->StartsOver() && controllerId_ != 0) return StartOver(now);
     if (!answered_ && now - heardAt_ >= ThinkingTime) {
         for (const std::string& label : flight_->WantedLabels()) {
-            const auto reply = ReplyFor(standingText_, label, airportCode_);
+            const auto reply = ReplyFor(standingMenu_, label, airportCode_);
             if (!reply) continue;
             Say(*reply);
             saidAt_ = now;
@@ -318,14 +322,14 @@ void PracticePilot::StartOver(std::chrono::milliseconds now) {
         return JoinAnew();
     }
     if (now - std::max(heardAt_, saidAt_) < ClosingInterval) return;
-    Say(ReplyFor(standingText_, "Close ATC Services", airportCode_).value_or(std::string(SayAgainReply)));
+    Say(ReplyFor(standingMenu_, "Close ATC Services", airportCode_).value_or(std::string(SayAgainReply)));
     saidAt_ = now;
 }
 
 /// Who is not under service yet can't ask for a repeat: he says his answer again.
 std::optional<std::string> PracticePilot::RepeatOfOpening() const {
     for (const std::string& label : flight_->WantedLabels()) {
-        auto reply = ReplyFor(standingText_, label, airportCode_);
+        auto reply = ReplyFor(standingMenu_, label, airportCode_);
         if (reply && reply->starts_with(airportCode_)) return reply;
     }
     return std::nullopt;

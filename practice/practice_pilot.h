@@ -13,6 +13,7 @@
 #include "link/direct_play_message.h"
 #include "link/session.h"
 #include "practice/flight_conduct.h"
+#include "practice/menu_reader.h"
 
 namespace corvenna {
 
@@ -115,6 +116,7 @@ class PracticePilot {
 
     /// The last text that was addressed to him; empty before the first.
     const std::string& StandingText() const { return standingText_; }
+    const std::vector<MenuOption>& StandingMenu() const { return standingMenu_; }
 
   private:
     enum class Stage { Waiting, Joining, Flying, Gone };
@@ -125,6 +127,7 @@ class PracticePilot {
     void Handle(std::int32_t sender, DirectPlayMessage& message, std::chrono::milliseconds now);
     void OnAdmission(std::int32_t admitted, std::chrono::milliseconds now);
     void OnText(std::int32_t sender, std::string text, std::chrono::milliseconds now);
+    void HoldText(std::string text);
     void Overhear(std::string_view text);
     void Sight(std::int32_t id, const Sighting& sighting, std::chrono::milliseconds now);
     void ForgetGone(std::chrono::milliseconds now);
@@ -163,6 +166,7 @@ class PracticePilot {
     };
     std::vector<Seen> seen_;  ///< whose the places in others_ are, and since when
     std::string standingText_;
+    std::vector<MenuOption> standingMenu_;        ///< what that text offers
     std::int32_t controllerId_ = 0;               ///< who sent it; 0 when nobody serves him
     bool answered_ = false;                       ///< whether he has typed something since
     bool wantsAnswer_ = false;                    ///< whether that should bring him another text

@@ -33,7 +33,7 @@ void Unruliness::Commit(Misdeed misdeed, PracticePilot& pilot, std::chrono::mill
         case Misdeed::Nonsense:
             return pilot.Say(Chatter[chance_() % std::size(Chatter)]);
         case Misdeed::CloseServices:
-            if (const auto reply = ReplyFor(pilot.StandingText(), "Close ATC Services", ""))
+            if (const auto reply = ReplyFor(pilot.StandingMenu(), "Close ATC Services", ""))
                 pilot.Say(*reply);
             return;
         case Misdeed::TakeOffUncleared:

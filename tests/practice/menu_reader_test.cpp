@@ -61,21 +61,21 @@ TEST(MenuReader, ATextThatOnlyMentionsAPilotIsNotForHim) {
 }
 
 TEST(MenuReader, TheOpeningDialogueIsAnsweredWithTheAirportsCode) {
-    EXPECT_EQ(ReplyFor(Welcome, "Use ATC services", "KTST"), "KTST,1");
-    EXPECT_EQ(ReplyFor(FlightType, "IFR", "KTST"), "KTST,2");
-    EXPECT_EQ(ReplyFor(FlightType, "Close ATC Services", "KTST"), "KTST,3");
+    EXPECT_EQ(ReplyFor(ReadMenu(Welcome), "Use ATC services", "KTST"), "KTST,1");
+    EXPECT_EQ(ReplyFor(ReadMenu(FlightType), "IFR", "KTST"), "KTST,2");
+    EXPECT_EQ(ReplyFor(ReadMenu(FlightType), "Close ATC Services", "KTST"), "KTST,3");
 }
 
 TEST(MenuReader, LaterMenusAreAnsweredWithTheDigitAlone) {
-    EXPECT_EQ(ReplyFor(FrequencyMenu, "Close ATC Services", "KTST"), "1");
-    EXPECT_EQ(ReplyFor(FrequencyMenu, "tune seattle-tacoma intl ground frequency", "KTST"), "2");
-    EXPECT_EQ(ReplyFor(Advisory, "Announce Takeoff", "KTST"), "2");
+    EXPECT_EQ(ReplyFor(ReadMenu(FrequencyMenu), "Close ATC Services", "KTST"), "1");
+    EXPECT_EQ(ReplyFor(ReadMenu(FrequencyMenu), "tune seattle-tacoma intl ground frequency", "KTST"), "2");
+    EXPECT_EQ(ReplyFor(ReadMenu(Advisory), "Announce Takeoff", "KTST"), "2");
 }
 
 TEST(MenuReader, WhatIsNotOfferedHasNoReply) {
-    EXPECT_EQ(ReplyFor(FrequencyMenu, "VFR", "KTST"), std::nullopt);
-    EXPECT_EQ(ReplyFor(FrequencyMenu, "Tune", "KTST"), std::nullopt);
-    EXPECT_EQ(ReplyFor("", "VFR", "KTST"), std::nullopt);
+    EXPECT_EQ(ReplyFor(ReadMenu(FrequencyMenu), "VFR", "KTST"), std::nullopt);
+    EXPECT_EQ(ReplyFor(ReadMenu(FrequencyMenu), "Tune", "KTST"), std::nullopt);
+    EXPECT_EQ(ReplyFor(ReadMenu(""), "VFR", "KTST"), std::nullopt);
 }
 
 TEST(AirportOfWelcomeTest, IsTheNameBeforeTheMenu) {
