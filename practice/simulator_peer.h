@@ -85,7 +85,7 @@ class SimulatorPeer {
     bool host_ = false;
     bool asked_ = false;
     std::int32_t id_ = 0;
-    std::map<std::int32_t, std::string> names_;
+    std::map<std::int32_t, std::string> names_;  ///< also of those who have gone
     std::chrono::milliseconds requestDue_{0};
     std::chrono::milliseconds positionDue_{0};
     int positionsTold_ = 0;
