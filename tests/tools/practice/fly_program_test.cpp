@@ -228,7 +228,7 @@ TEST(FlyProgramTest, ASessionWithRoomForSomeOnly) {
     constexpr const char* Address = "127.0.21.7";
     LoopbackHost host(Address, 2);
     ChildProcess fly(
-        Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "60", "--minutes", "0.1"}));
+        Fly(Address, {"--airport", "KSEA", "--pilots", "2", "--speed", "5", "--minutes", "0.1"}));
     EXPECT_EQ(fly.WaitForEnd(host.Stepper()), 0);
     EXPECT_THAT(fly.Output(), HasSubstr("1 pilot came"));
     EXPECT_THAT(fly.Output(), HasSubstr("failed to join 1 time"));
