@@ -160,8 +160,7 @@ const std::string& SimulatorPeer::NameOf(std::int32_t id) {
     std::string& name = names_[id];
     try {
         name = session_->GetPlayerFriendlyName(id);
-    } catch (const SessionError&) {
-        return name;
+    } catch (const SessionError&) {  // gone: the name stays
     }
     return name;
 }

@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "practice/flown_session.h"
 #include "practice/flown_transcript.h"
@@ -15,10 +17,9 @@
 /// Everybody who follows his clearances completes his plan.
 namespace corvenna {
 
-inline constexpr const char* PracticeAirports[] = {"KSEA", "KBFI", "LOWI", "NZWN",
-                                                   "SCGE", "KFHR", "KBID", "S31"};
-inline constexpr const char* ControlledAirports[] = {"KSEA", "KBFI", "LOWI", "NZWN", "SCGE"};
-inline constexpr const char* OtherAirports[] = {"KFHR", "KBID", "S31"};
+inline constexpr std::array PracticeAirports{"KSEA", "KBFI", "LOWI", "NZWN", "SCGE", "KFHR", "KBID", "S31"};
+inline constexpr auto ControlledAirports = std::span(PracticeAirports).first<5>();
+inline constexpr auto OtherAirports = std::span(PracticeAirports).last<3>();
 
 /// Pilots at a practice airport: so many of them, the first of this number.
 struct Practice {

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "practice/everybody_completes.h"
+#include "practice/flown_transcript.h"
 #include "practice/socket_carrier.h"
 #include "practice/traffic_session.h"
 
